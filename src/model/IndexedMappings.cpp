@@ -1,0 +1,20 @@
+#include "model/IndexedMappings.h"
+
+namespace orvane {
+
+void IndexedMappings::assign(std::vector<KeyMapping> mappings) {
+    mappings_ = std::move(mappings);
+    index_ = MappingIndex(mappings_);
+}
+
+void IndexedMappings::setCapsLockHIDState(bool remapped, bool direct) {
+    capsLockRemapped_ = remapped;
+    capsLockDirect_ = direct;
+}
+
+const KeyMapping* IndexedMappings::capsLockMappingViaF18() const {
+    if (!capsLockRemapped_ || capsLockDirect_) return nullptr;
+    return capsLockMapping();
+}
+
+}  // namespace orvane

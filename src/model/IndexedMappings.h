@@ -1,0 +1,39 @@
+// A mapping list with its index and Caps Lock flags: the engine's lookups over plain data.
+#pragma once
+
+#include "model/MappingIndex.h"
+#include "model/MappingLookup.h"
+
+#include <vector>
+
+namespace orvane {
+
+class IndexedMappings final : public MappingLookup {
+public:
+    IndexedMappings() = default;
+    explicit IndexedMappings(std::vector<KeyMapping> mappings) { assign(std::move(mappings)); }
+
+    void assign(std::vector<KeyMapping> mappings);
+    const std::vector<KeyMapping>& list() const { return mappings_; }
+
+    void setCapsLockHIDState(bool remapped, bool direct);
+    bool isCapsLockDirectHID() const { return capsLockDirect_; }
+
+    // First enabled Caps Lock mapping, whatever the HID state.
+    const KeyMapping* capsLockMapping() const { return mappingForKey(KeyCode::capsLock); }
+
+    const KeyMapping* mappingForKey(KeyCode key) const override { return at(index_.firstEnabled(key)); }
+    const KeyMapping* mappingForSystemKey(SystemKeyID key) const override { return at(index_.firstEnabled(key)); }
+    const KeyMapping* capsLockMappingViaF18() const override;
+    bool isCapsLockHIDRemapped() const override { return capsLockRemapped_; }
+
+private:
+    const KeyMapping* at(std::optional<std::size_t> position) const { return position ? &mappings_[*position] : nullptr; }
+
+    std::vector<KeyMapping> mappings_;
+    MappingIndex index_;
+    bool capsLockRemapped_ = false;
+    bool capsLockDirect_ = false;
+};
+
+}  // namespace orvane

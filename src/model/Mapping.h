@@ -1,0 +1,121 @@
+// The mapping records: a source key, the action that replaces it, and what the recorder hands back.
+#pragma once
+
+#include "model/KeyCode.h"
+#include "model/SystemKeyID.h"
+#include "model/Uuid.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace orvane {
+
+// The key a mapping listens to: an ordinary key or a media/system key.
+class SourceKey {
+public:
+    enum class Kind : std::uint8_t { regular, system };
+
+    static constexpr SourceKey regular(KeyCode key) { return SourceKey(Kind::regular, rawValue(key)); }
+    static constexpr SourceKey system(SystemKeyID key) { return SourceKey(Kind::system, rawValue(key)); }
+
+    constexpr Kind kind() const { return kind_; }
+    constexpr bool isRegular() const { return kind_ == Kind::regular; }
+    // Preconditions: the matching kind.
+    constexpr KeyCode keyCode() const { return static_cast<KeyCode>(raw_); }
+    constexpr SystemKeyID systemKey() const { return static_cast<SystemKeyID>(raw_); }
+    // The key's raw value: virtual key code or NX key type.
+    constexpr int rawKeyValue() const { return raw_; }
+
+    std::string displayName() const;
+    std::string symbol() const;
+
+    friend constexpr bool operator==(const SourceKey&, const SourceKey&) = default;
+
+private:
+    constexpr SourceKey(Kind kind, int raw) : kind_(kind), raw_(raw) {}
+    Kind kind_;
+    int raw_;
+};
+
+struct Modifiers {
+    bool command = false;
+    bool option = false;
+    bool control = false;
+    bool shift = false;
+
+    constexpr bool isEmpty() const { return !command && !option && !control && !shift; }
+    // Glyphs of the set flags in the order ⌃ ⌥ ⇧ ⌘ (not the field order).
+    std::string modifierSymbols() const;
+
+    friend constexpr bool operator==(const Modifiers&, const Modifiers&) = default;
+};
+
+// What happens in place of the source key. Targets are always ordinary keys.
+class TargetAction {
+public:
+    enum class Kind : std::uint8_t { block, key, combination };
+
+    static constexpr TargetAction block() { return TargetAction(Kind::block, KeyCode::a, {}); }
+    static constexpr TargetAction key(KeyCode key) { return TargetAction(Kind::key, key, {}); }
+    static constexpr TargetAction combination(KeyCode key, Modifiers modifiers) {
+        return TargetAction(Kind::combination, key, modifiers);
+    }
+
+    constexpr Kind kind() const { return kind_; }
+    // Meaningful for key and combination only.
+    constexpr KeyCode keyCode() const { return key_; }
+    // Meaningful for combination only (empty otherwise).
+    constexpr const Modifiers& modifiers() const { return modifiers_; }
+
+    friend constexpr bool operator==(const TargetAction&, const TargetAction&) = default;
+
+private:
+    constexpr TargetAction(Kind kind, KeyCode key, Modifiers modifiers) : kind_(kind), key_(key), modifiers_(modifiers) {}
+    Kind kind_;
+    KeyCode key_;  // fixed for block so that all blocks compare equal
+    Modifiers modifiers_;
+};
+
+struct KeyMapping {
+    Uuid id;
+    SourceKey sourceKey = SourceKey::regular(KeyCode::a);
+    TargetAction targetAction = TargetAction::block();
+    bool isEnabled = true;
+
+    friend bool operator==(const KeyMapping&, const KeyMapping&) = default;
+};
+
+// A key pressed in the recorder or chosen in the picker, with the modifiers held with it.
+struct RecordedKey {
+    SourceKey sourceKey = SourceKey::regular(KeyCode::a);
+    Modifiers modifiers;
+
+    // Modifier glyphs followed directly by the key's symbol, e.g. "⇧⌘A".
+    std::string label() const;
+
+    friend bool operator==(const RecordedKey&, const RecordedKey&) = default;
+};
+
+}  // namespace orvane
+
+template <>
+struct std::hash<orvane::SourceKey> {
+    std::size_t operator()(const orvane::SourceKey& key) const noexcept;
+};
+template <>
+struct std::hash<orvane::Modifiers> {
+    std::size_t operator()(const orvane::Modifiers& modifiers) const noexcept;
+};
+template <>
+struct std::hash<orvane::TargetAction> {
+    std::size_t operator()(const orvane::TargetAction& action) const noexcept;
+};
+template <>
+struct std::hash<orvane::KeyMapping> {
+    std::size_t operator()(const orvane::KeyMapping& mapping) const noexcept;
+};
+template <>
+struct std::hash<orvane::RecordedKey> {
+    std::size_t operator()(const orvane::RecordedKey& key) const noexcept;
+};
