@@ -1,0 +1,76 @@
+#include "store/HIDUtil.h"
+
+#include "platform/Diagnostics.h"
+
+#include <QProcess>
+#include <QStringDecoder>
+
+namespace orvane {
+namespace {
+
+void print(const QString& line) { diagnostics::printLine(line.toStdString()); }
+
+bool reportsError(const QString& output) { return output.contains(QLatin1String("error"), Qt::CaseInsensitive); }
+
+}  // namespace
+
+HIDUtil::HIDUtil(QString toolPath, int timeoutSeconds) : toolPath_(std::move(toolPath)), timeoutSeconds_(timeoutSeconds) {}
+
+QString HIDUtil::remapText(std::uint64_t source, std::uint64_t destination) {
+    return QStringLiteral(R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":)") + QString::number(source) +
+           QStringLiteral(R"(,"HIDKeyboardModifierMappingDst":)") + QString::number(destination) + QStringLiteral("}]}");
+}
+
+QString HIDUtil::runHidutil(const QStringList& arguments) const {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setProgram(toolPath_);
+    process.setArguments(arguments);
+    process.start(QIODevice::ReadOnly);
+    if (!process.waitForStarted(-1)) {
+        const QString description = process.errorString();
+        print(QStringLiteral("HIDUtil: Failed to run hidutil: ") + description);
+        return QStringLiteral("error: ") + description;
+    }
+    // A hung tool must not hold up Caps Lock decisions or quitting for ever.
+    if (!process.waitForFinished(timeoutSeconds_ * 1000)) {
+        process.kill();
+        process.waitForFinished(-1);
+        return QStringLiteral("error: timed out after %1 seconds").arg(timeoutSeconds_);
+    }
+    const QByteArray bytes = process.readAll();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError()) return QString();
+    return text;
+}
+
+bool HIDUtil::remapCapsLock(KeyCode target) const {
+    auto usage = hidUsage(target);
+    if (!usage) {
+        print(QStringLiteral("HIDUtil: No HID usage ID for ") + QString::fromUtf8(displayName(target).data(), displayName(target).size()) +
+              QStringLiteral(", falling back to F18"));
+        target = KeyCode::f18;
+        usage = f18Usage;
+    }
+    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), remapText(capsLockUsage, *usage)});
+    if (reportsError(output)) {
+        print(QStringLiteral("HIDUtil: Failed to remap Caps Lock: ") + output);
+        return false;
+    }
+    print(QStringLiteral("HIDUtil: Remapped Caps Lock → ") + QString::fromUtf8(displayName(target).data(), displayName(target).size()) +
+          QStringLiteral(" at HID layer"));
+    return true;
+}
+
+bool HIDUtil::clearRemapping() const {
+    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), clearText()});
+    if (reportsError(output)) {
+        print(QStringLiteral("HIDUtil: Failed to clear remapping: ") + output);
+        return false;
+    }
+    print(QStringLiteral("HIDUtil: Cleared HID remapping, Caps Lock restored"));
+    return true;
+}
+
+}  // namespace orvane

@@ -1,0 +1,37 @@
+// Caps Lock remapping in the HID event system through the hidutil command-line tool.
+#pragma once
+
+#include "model/KeyCode.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace orvane {
+
+// Stateless apart from the tool's path: calls may run on any thread, each waiting for its own child.
+class HIDUtil {
+public:
+    static constexpr std::uint64_t capsLockUsage = 0x700000039;  // 30064771129
+    static constexpr std::uint64_t f18Usage = 0x70000006D;       // 30064771181
+    static QString defaultToolPath() { return QStringLiteral("/usr/bin/hidutil"); }
+
+    explicit HIDUtil(QString toolPath = defaultToolPath(), int timeoutSeconds = 10);
+
+    // Runs the tool with both output streams on one pipe; returns what it printed, "" when that is
+    // not UTF-8, or "error: …" when it could not run or did not finish in time.
+    QString runHidutil(const QStringList& arguments) const;
+    // True when the tool reported no error. A key without HID usage falls back to F18.
+    bool remapCapsLock(KeyCode target) const;
+    bool clearRemapping() const;
+
+    static QString remapText(std::uint64_t source, std::uint64_t destination);
+    static QString clearText() { return QStringLiteral(R"({"UserKeyMapping":[]})"); }
+
+    const QString& toolPath() const { return toolPath_; }
+
+private:
+    QString toolPath_;
+    int timeoutSeconds_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,180 @@
+#include "store/MappingStore.h"
+
+#include "model/MappingJson.h"
+#include "platform/Diagnostics.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+std::unique_ptr<MappingStore>& sharedSlot() {
+    static std::unique_ptr<MappingStore> slot;
+    return slot;
+}
+
+void print(const std::string& line) { diagnostics::printLine(line); }
+
+}  // namespace
+
+MappingStore::MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* parent)
+    : QObject(parent), defaults_(defaults), hidUtil_(std::move(hidUtil)), worker_(std::make_unique<SerialWorker>()) {
+    loadMappings();
+    table_.setCapsLockHIDState(defaults_.boolValue(hidRemapKey), defaults_.boolValue(hidRemapTypeKey));
+    isInitialized_ = true;
+    updateCapsLockHIDRemap();
+}
+
+MappingStore::~MappingStore() = default;
+
+MappingStore& MappingStore::shared() {
+    auto& slot = sharedSlot();
+    if (!slot) slot = std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil());
+    return *slot;
+}
+
+void MappingStore::installShared(std::unique_ptr<MappingStore> store) { sharedSlot() = std::move(store); }
+
+void MappingStore::loadMappings() {
+    const auto stored = defaults_.data(userDefaultsKey);
+    if (!stored) {
+        table_.assign({});
+        return;
+    }
+    auto result = decodeMappings(std::string_view(stored->constData(), static_cast<std::size_t>(stored->size())));
+    if (result.error) {
+        // The undecodable bytes stay stored until the next save overwrites them.
+        print("Failed to decode mappings: " + result.error->description());
+        table_.assign({});
+        return;
+    }
+    table_.assign(std::move(result.mappings));
+}
+
+void MappingStore::saveMappings() {
+    const std::string json = encodeMappings(table_.list());
+    if (const auto failure = defaults_.setData(userDefaultsKey, QByteArray(json.data(), static_cast<qsizetype>(json.size()))))
+        print("Failed to save mappings: " + failure->toStdString());
+}
+
+void MappingStore::setMappings(std::vector<KeyMapping> mappings) {
+    table_.assign(std::move(mappings));
+    mappingsDidChange();
+}
+
+void MappingStore::mappingsDidChange() {
+    emit mappingsChanged();
+    if (!isInitialized_) return;
+    saveMappings();
+    updateCapsLockHIDRemap();
+}
+
+void MappingStore::addMapping(const KeyMapping& mapping) {
+    auto list = table_.list();
+    list.push_back(mapping);
+    setMappings(std::move(list));
+}
+
+void MappingStore::updateMapping(const KeyMapping& mapping) {
+    auto list = table_.list();
+    const auto found = std::find_if(list.begin(), list.end(), [&](const KeyMapping& m) { return m.id == mapping.id; });
+    if (found == list.end()) return;
+    *found = mapping;
+    setMappings(std::move(list));
+}
+
+void MappingStore::deleteMapping(const Uuid& id) {
+    auto list = table_.list();
+    std::erase_if(list, [&](const KeyMapping& m) { return m.id == id; });
+    setMappings(std::move(list));
+}
+
+void MappingStore::toggleMapping(const Uuid& id) {
+    auto list = table_.list();
+    const auto found = std::find_if(list.begin(), list.end(), [&](const KeyMapping& m) { return m.id == id; });
+    if (found == list.end()) return;
+    found->isEnabled = !found->isEnabled;
+    setMappings(std::move(list));
+}
+
+void MappingStore::removeMappings(const std::set<std::size_t>& positions) {
+    std::vector<KeyMapping> kept;
+    const auto& list = table_.list();
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (!positions.count(i)) kept.push_back(list[i]);
+    setMappings(std::move(kept));
+}
+
+void MappingStore::moveMappings(const std::set<std::size_t>& positions, std::size_t destination) {
+    const auto& list = table_.list();
+    destination = std::min(destination, list.size());
+    std::vector<KeyMapping> moved, rest;
+    std::size_t insertAt = destination;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (positions.count(i)) {
+            moved.push_back(list[i]);
+            if (i < destination) --insertAt;
+        } else {
+            rest.push_back(list[i]);
+        }
+    }
+    rest.insert(rest.begin() + static_cast<std::ptrdiff_t>(insertAt), moved.begin(), moved.end());
+    setMappings(std::move(rest));
+}
+
+std::vector<KeyMapping> MappingStore::enabledMappings() const {
+    std::vector<KeyMapping> enabled;
+    for (const auto& m : table_.list())
+        if (m.isEnabled) enabled.push_back(m);
+    return enabled;
+}
+
+void MappingStore::updateCapsLockHIDRemap() {
+    DecisionInput input;
+    if (const KeyMapping* m = capsLockMapping()) input.capsLockMapping = *m;
+    input.isCapsLockHIDRemapped = isCapsLockHIDRemapped();
+    worker_->enqueue([this, input] { decideCapsLock(input); });
+}
+
+// Runs on the worker; hands its result to the main thread, never touches the list.
+void MappingStore::decideCapsLock(const DecisionInput& input) {
+    const bool remapped = workerRemapped_.value_or(input.isCapsLockHIDRemapped);
+    auto publish = [this](bool isRemapped, bool direct) {
+        workerRemapped_ = isRemapped;
+        QMetaObject::invokeMethod(this, [this, isRemapped, direct] { setCapsLockHIDState(isRemapped, direct); }, Qt::QueuedConnection);
+    };
+    if (!input.capsLockMapping) {
+        if (remapped && hidUtil_.clearRemapping()) publish(false, false);
+        return;
+    }
+    const TargetAction& target = input.capsLockMapping->targetAction;
+    if (target.kind() == TargetAction::Kind::key && hidUsage(target.keyCode())) {
+        if (!hidUtil_.remapCapsLock(target.keyCode())) return;
+        publish(true, true);
+        print("MappingStore: Using direct HID mapping for Caps Lock → " + std::string(displayName(target.keyCode())));
+        return;
+    }
+    if (!hidUtil_.remapCapsLock(KeyCode::f18)) return;
+    publish(true, false);
+    print("MappingStore: Using F18 intermediate for Caps Lock (combination/block)");
+}
+
+void MappingStore::setCapsLockHIDState(bool remapped, bool direct) {
+    const bool remappedChanged = remapped != isCapsLockHIDRemapped();
+    const bool directChanged = direct != isCapsLockDirectHID();
+    table_.setCapsLockHIDState(remapped, direct);
+    defaults_.setBool(hidRemapKey, remapped);
+    defaults_.setBool(hidRemapTypeKey, direct);
+    if (remappedChanged) emit isCapsLockHIDRemappedChanged();
+    if (directChanged) emit isCapsLockDirectHIDChanged();
+}
+
+void MappingStore::waitForCapsLockDecisions() {
+    worker_->waitUntilIdle();
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
+}  // namespace orvane

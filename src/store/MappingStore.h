@@ -1,0 +1,95 @@
+// The user's ordered mapping list: persistence, change signals, the engine's lookups and Caps Lock at the HID layer.
+#pragma once
+
+#include "model/IndexedMappings.h"
+#include "store/HIDUtil.h"
+#include "store/SerialWorker.h"
+#include "store/UserDefaults.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace orvane {
+
+// Lives on the main thread: every operation, lookup and signal happens there. Only the Caps Lock
+// decision runs on a background worker, fed with a snapshot taken when it is queued.
+class MappingStore : public QObject, public MappingLookup {
+    Q_OBJECT
+    Q_PROPERTY(bool isCapsLockHIDRemapped READ isCapsLockHIDRemapped NOTIFY isCapsLockHIDRemappedChanged)
+    Q_PROPERTY(bool isCapsLockDirectHID READ isCapsLockDirectHID NOTIFY isCapsLockDirectHIDChanged)
+
+public:
+    static inline const QString userDefaultsKey = QStringLiteral("Orvane.Mappings");
+    static inline const QString hidRemapKey = QStringLiteral("Orvane.CapsLockHIDRemapped");
+    static inline const QString hidRemapTypeKey = QStringLiteral("Orvane.CapsLockHIDRemapType");
+
+    // Loads the list and the stored Caps Lock flags, then queues the first Caps Lock decision.
+    MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* parent = nullptr);
+    ~MappingStore() override;
+
+    // The process-wide store, created on first use over the shared user defaults and the real tool.
+    static MappingStore& shared();
+    // Tests and tools install their own before first use.
+    static void installShared(std::unique_ptr<MappingStore> store);
+
+    const std::vector<KeyMapping>& mappings() const { return table_.list(); }
+    // Every assignment saves the whole list and re-decides Caps Lock.
+    void setMappings(std::vector<KeyMapping> mappings);
+    void addMapping(const KeyMapping& mapping);
+    // Replaces the first mapping with that id; unknown ids change nothing.
+    void updateMapping(const KeyMapping& mapping);
+    // Removes every mapping with that id; counts as a change even when none was there.
+    void deleteMapping(const Uuid& id);
+    void toggleMapping(const Uuid& id);
+    void removeMappings(const std::set<std::size_t>& positions);
+    // Moves the rows at the positions, in their order, to stand before the row that was at
+    // destination (0…count; count means the end).
+    void moveMappings(const std::set<std::size_t>& positions, std::size_t destination);
+
+    const KeyMapping* mappingForKey(KeyCode key) const override { return table_.mappingForKey(key); }
+    const KeyMapping* mappingForSystemKey(SystemKeyID key) const override { return table_.mappingForSystemKey(key); }
+    const KeyMapping* capsLockMappingViaF18() const override { return table_.capsLockMappingViaF18(); }
+    bool isCapsLockHIDRemapped() const override { return table_.isCapsLockHIDRemapped(); }
+    bool isCapsLockDirectHID() const { return table_.isCapsLockDirectHID(); }
+    const KeyMapping* capsLockMapping() const { return table_.capsLockMapping(); }
+    std::vector<KeyMapping> enabledMappings() const;
+
+    // Queues the Caps Lock decision and returns at once.
+    void updateCapsLockHIDRemap();
+    void setCapsLockHIDState(bool remapped, bool direct);
+    // Blocks until queued decisions have run, then applies their results on this (main) thread.
+    void waitForCapsLockDecisions();
+
+    const HIDUtil& hidUtil() const { return hidUtil_; }
+
+signals:
+    void mappingsChanged();
+    void isCapsLockHIDRemappedChanged();
+    void isCapsLockDirectHIDChanged();
+
+private:
+    struct DecisionInput {
+        std::optional<KeyMapping> capsLockMapping;
+        bool isCapsLockHIDRemapped;
+    };
+
+    void loadMappings();
+    void saveMappings();
+    void mappingsDidChange();
+    void decideCapsLock(const DecisionInput& input);
+
+    UserDefaults& defaults_;
+    const HIDUtil hidUtil_;
+    IndexedMappings table_;
+    bool isInitialized_ = false;
+    // Worker-side view of the HID layer: a decision's own result is newer than any snapshot taken
+    // before that result reached the main thread. Touched only on the worker.
+    std::optional<bool> workerRemapped_;
+    std::unique_ptr<SerialWorker> worker_;  // declared last: finishes its jobs before the rest goes
+};
+
+}  // namespace orvane

@@ -1,0 +1,91 @@
+#include "store/UserDefaults.h"
+
+#include <QMetaType>
+
+namespace orvane {
+namespace {
+
+std::unique_ptr<UserDefaults>& sharedSlot() {
+    static std::unique_ptr<UserDefaults> slot;
+    return slot;
+}
+
+}  // namespace
+
+std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
+    return std::make_unique<UserDefaults>(
+        std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"), QStringLiteral("Orvane")));
+}
+
+std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {
+    return std::make_unique<UserDefaults>(std::make_unique<QSettings>(path, QSettings::IniFormat));
+}
+
+UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent) : QObject(parent), settings_(std::move(settings)) {}
+
+UserDefaults& UserDefaults::shared() {
+    auto& slot = sharedSlot();
+    if (!slot) slot = openStandard();
+    return *slot;
+}
+
+void UserDefaults::installShared(std::unique_ptr<UserDefaults> defaults) { sharedSlot() = std::move(defaults); }
+
+bool UserDefaults::contains(const QString& key) const { return settings_->contains(key); }
+
+std::optional<QByteArray> UserDefaults::data(const QString& key) const {
+    if (!settings_->contains(key)) return std::nullopt;
+    return settings_->value(key).toByteArray();
+}
+
+bool UserDefaults::boolValue(const QString& key, bool fallback) const {
+    if (!settings_->contains(key)) return fallback;
+    const QVariant value = settings_->value(key);
+    // INI files give Booleans back as strings; accept those, and nothing else unexpected.
+    if (value.typeId() == QMetaType::Bool) return value.toBool();
+    const QString text = value.toString().trimmed().toLower();
+    if (text == QLatin1String("true") || text == QLatin1String("1")) return true;
+    if (text == QLatin1String("false") || text == QLatin1String("0")) return false;
+    return fallback;
+}
+
+double UserDefaults::doubleValue(const QString& key, double fallback) const {
+    if (!settings_->contains(key)) return fallback;
+    bool ok = false;
+    const double value = settings_->value(key).toDouble(&ok);
+    return ok ? value : fallback;
+}
+
+std::optional<QString> UserDefaults::setData(const QString& key, const QByteArray& value) {
+    settings_->setValue(key, value);
+    return commit();
+}
+
+std::optional<QString> UserDefaults::setBool(const QString& key, bool value) {
+    settings_->setValue(key, value);
+    return commit();
+}
+
+std::optional<QString> UserDefaults::setDouble(const QString& key, double value) {
+    settings_->setValue(key, value);
+    return commit();
+}
+
+std::optional<QString> UserDefaults::remove(const QString& key) {
+    settings_->remove(key);
+    return commit();
+}
+
+std::optional<QString> UserDefaults::commit() {
+    settings_->sync();
+    std::optional<QString> failure;
+    switch (settings_->status()) {
+    case QSettings::NoError: break;
+    case QSettings::AccessError: failure = QStringLiteral("cannot write %1").arg(settings_->fileName()); break;
+    case QSettings::FormatError: failure = QStringLiteral("%1 is not a valid settings file").arg(settings_->fileName()); break;
+    }
+    emit changed();
+    return failure;
+}
+
+}  // namespace orvane
