@@ -1,0 +1,53 @@
+// A listen-only session tap that turns every key event into a DebugEvent for the debugger.
+#pragma once
+
+#include "interception/DebugEvent.h"
+#include "model/Mapping.h"
+#include "platform/EventSystem.h"
+
+#include <functional>
+#include <set>
+
+namespace orvane {
+
+class EventTapManager;
+class MappingStore;
+
+class EventCapturer {
+public:
+    // System-defined subtypes the noise filter hides.
+    static inline const std::set<int> noiseSubtypes{7, 18, 19, 211};
+
+    // Creates no tap yet. filterNoise is asked afresh for every event.
+    EventCapturer(EventSystem& events, const MappingStore& store, const EventTapManager& manager,
+                  std::function<void(const DebugEvent&)> onEvent, std::function<bool()> filterNoise);
+    ~EventCapturer();
+
+    EventCapturer(const EventCapturer&) = delete;
+    EventCapturer& operator=(const EventCapturer&) = delete;
+
+    // Failure is only printed.
+    void start();
+    void stop();
+    bool isStarted() const { return eventTap_ != nullptr; }
+
+    // The tap callback's body; calls onEvent synchronously unless the event is ignored.
+    void handleCapturedEvent(std::uint32_t type, const PlatformEvent* event);
+
+    // What a mapping's target does, as the debugger words it.
+    static std::string describeTarget(const TargetAction& target);
+
+private:
+    static PlatformEvent* tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo);
+    std::optional<std::string> interceptionInfoForKey(KeyCode key) const;
+
+    EventSystem& events_;
+    const MappingStore& store_;
+    const EventTapManager& manager_;
+    EventSystem::TapHandle eventTap_;
+    EventSystem::SourceHandle runLoopSource_;
+    std::function<void(const DebugEvent&)> onEvent_;
+    std::function<bool()> filterNoise_;
+};
+
+}  // namespace orvane

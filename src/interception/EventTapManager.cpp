@@ -1,0 +1,125 @@
+#include "interception/EventTapManager.h"
+
+#include "platform/Diagnostics.h"
+#include "store/MappingStore.h"
+
+namespace orvane {
+namespace {
+
+std::unique_ptr<EventTapManager>& sharedSlot() {
+    static std::unique_ptr<EventTapManager> slot;
+    return slot;
+}
+
+}  // namespace
+
+TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const PlatformEvent* event) {
+    TapEvent record;
+    record.type = type;
+    record.keyCode = static_cast<std::uint16_t>(events.integerField(event, EventField::keyboardEventKeycode));
+    record.flags = events.flags(event);
+    record.userData = events.integerField(event, EventField::eventSourceUserData);
+    if (type == TapEventType::systemDefined) {
+        if (const auto fields = events.systemDefinedFields(event)) {
+            record.subtype = fields->subtype;
+            record.data1 = fields->data1;
+        }
+    }
+    return record;
+}
+
+EventTapManager::EventTapManager(EventSystem& events, MappingStore& store, QObject* parent)
+    : QObject(parent), events_(events), store_(store), engine_(store) {}
+
+EventTapManager::~EventTapManager() = default;
+
+EventTapManager& EventTapManager::shared() {
+    auto& slot = sharedSlot();
+    if (!slot) slot = std::make_unique<EventTapManager>(EventSystem::shared(), MappingStore::shared());
+    return *slot;
+}
+
+void EventTapManager::installShared(std::unique_ptr<EventTapManager> manager) { sharedSlot() = std::move(manager); }
+
+bool EventTapManager::start() {
+    if (isRunning_) return true;
+    auto tap = events_.createTap(TapLocation::session, TapPlacement::headInsert, TapOptions::activeFilter, eventMask, &tapCallback, this);
+    if (!tap) {
+        setLastError(QStringLiteral("Failed to create event tap. Please grant Accessibility permission."));
+        return false;
+    }
+    eventTap_ = std::move(tap);
+    runLoopSource_ = events_.createRunLoopSource(eventTap_);
+    if (!runLoopSource_) {
+        setLastError(QStringLiteral("Failed to create run loop source"));
+        eventTap_.reset();
+        return false;
+    }
+    events_.addToCurrentRunLoop(runLoopSource_);
+    events_.enableTap(eventTap_, true);
+    setRunning(true);
+    setLastError(std::nullopt);
+    store_.updateCapsLockHIDRemap();
+    diagnostics::printLine("Event tap started successfully");
+    return true;
+}
+
+void EventTapManager::stop() {
+    if (!isRunning_) return;
+    if (eventTap_) events_.enableTap(eventTap_, false);
+    if (runLoopSource_) events_.removeFromCurrentRunLoop(runLoopSource_);
+    eventTap_.reset();
+    runLoopSource_.reset();
+    setRunning(false);
+    // Caps Lock works normally again; the store's flags stay, so the next start re-applies them.
+    store_.hidUtil().clearRemapping();
+    diagnostics::printLine("Event tap stopped");
+}
+
+PlatformEvent* EventTapManager::tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo) {
+    if (!userInfo) return event;
+    return static_cast<EventTapManager*>(userInfo)->handle(type, event);
+}
+
+PlatformEvent* EventTapManager::handle(std::uint32_t type, PlatformEvent* event) {
+    if (type == TapEventType::tapDisabledByTimeout || type == TapEventType::tapDisabledByUserInput) {
+        diagnostics::printLine("Event tap was disabled, re-enabling...");
+        if (eventTap_) events_.enableTap(eventTap_, true);
+        return event;
+    }
+    const TapDecision decision = engine_.handleEvent(readTapEvent(events_, type, event));
+    switch (decision.kind()) {
+    case TapDecision::Kind::pass: return event;
+    case TapDecision::Kind::drop: return nullptr;
+    case TapDecision::Kind::replace: post(decision); return nullptr;
+    }
+    return event;
+}
+
+// Every posted event carries the marker, so it passes this tap untouched when it comes round again.
+void EventTapManager::post(const TapDecision& decision) {
+    for (const SyntheticKeyEvent& synthetic : decision) {
+        auto event = events_.createKeyboardEvent(synthetic.virtualKeyCode, synthetic.isKeyDown);
+        if (!event) {
+            diagnostics::printLine("Failed to create keyboard event for keycode " + std::to_string(synthetic.virtualKeyCode));
+            continue;
+        }
+        if (synthetic.flags) events_.setFlags(event.get(), *synthetic.flags);
+        events_.setIntegerField(event.get(), EventField::eventSourceUserData, syntheticEventMarker);
+        events_.postToHID(event.get());
+    }
+}
+
+void EventTapManager::setRunning(bool running) {
+    if (isRunning_ == running) return;
+    isRunning_ = running;
+    emit isRunningChanged(running);
+}
+
+void EventTapManager::setLastError(std::optional<QString> error) {
+    if (lastError_ == error) return;
+    lastError_ = std::move(error);
+    emit lastErrorChanged();
+}
+
+}  // namespace orvane

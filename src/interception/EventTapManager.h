@@ -1,0 +1,71 @@
+// Owns the session-wide keyboard tap: starts and stops interception and adapts events to the engine.
+#pragma once
+
+#include "interception/RemapEngine.h"
+#include "platform/EventSystem.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace orvane {
+
+class MappingStore;
+
+// Main thread only: start() puts the tap's source in the calling thread's run loop, so the
+// callback, and with it the engine, runs there too.
+class EventTapManager : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY isRunningChanged)
+    Q_PROPERTY(QString lastError READ lastErrorText NOTIFY lastErrorChanged)
+
+public:
+    // keyDown, keyUp, flagsChanged and systemDefined.
+    static constexpr std::uint64_t eventMask = 0x5C00;
+
+    EventTapManager(EventSystem& events, MappingStore& store, QObject* parent = nullptr);
+    // Releases a tap it still holds without disabling it.
+    ~EventTapManager() override;
+
+    // The process-wide manager over the build's event system and the shared store.
+    static EventTapManager& shared();
+    static void installShared(std::unique_ptr<EventTapManager> manager);
+
+    bool isRunning() const { return isRunning_; }
+    const std::optional<QString>& lastError() const { return lastError_; }
+    QString lastErrorText() const { return lastError_.value_or(QString()); }
+
+    // True when interception runs afterwards (also when it already ran).
+    Q_INVOKABLE bool start();
+    // Also takes the Caps Lock remapping out of the HID layer, waiting for the tool.
+    Q_INVOKABLE void stop();
+
+    // The tap while running (the system may disable it; the simulator does so on request).
+    const EventSystem::TapHandle& eventTap() const { return eventTap_; }
+
+signals:
+    void isRunningChanged(bool isRunning);
+    void lastErrorChanged();
+
+private:
+    static PlatformEvent* tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo);
+    PlatformEvent* handle(std::uint32_t type, PlatformEvent* event);
+    void post(const TapDecision& decision);
+    void setRunning(bool running);
+    void setLastError(std::optional<QString> error);
+
+    EventSystem& events_;
+    MappingStore& store_;
+    RemapEngine engine_;
+    bool isRunning_ = false;
+    std::optional<QString> lastError_;
+    EventSystem::TapHandle eventTap_;
+    EventSystem::SourceHandle runLoopSource_;
+};
+
+// Reads the engine's record of a platform event.
+TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const PlatformEvent* event);
+
+}  // namespace orvane
