@@ -31,8 +31,7 @@ inline PlatformEvent systemDefined(std::int16_t subtype, std::int64_t data1) {
     return event;
 }
 
-// "keyDown 11 flags=0x120000 synthetic": compact enough to compare whole sequences.
-std::string describe(const PlatformEvent& event);
+// Each as "keyDown 11 flags=0x120000 synthetic", the simulator's form: easy to compare as sequences.
 std::vector<std::string> describe(const std::vector<PlatformEvent>& events);
 
 class InterceptionTest : public ::testing::Test {
