@@ -1,0 +1,146 @@
+#include "app/UpdateChecker.h"
+
+#include "BuildConfig.h"
+#include "app/AlertPresenter.h"
+#include "app/DesktopUrlOpener.h"
+#include "app/MessageBoxAlertPresenter.h"
+#include "app/UrlOpener.h"
+#include "app/VersionComparison.h"
+#include "store/UserDefaults.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+#include <nlohmann/json.hpp>
+
+#include <limits>
+
+namespace orvane {
+namespace {
+
+std::unique_ptr<UpdateChecker>& sharedSlot() {
+    static std::unique_ptr<UpdateChecker> slot;
+    return slot;
+}
+
+std::optional<QString> stringMember(const nlohmann::json& object, const char* name) {
+    const auto member = object.find(name);
+    if (member == object.end() || !member->is_string()) return std::nullopt;
+    return QString::fromStdString(member->get_ref<const std::string&>());
+}
+
+std::optional<std::int64_t> integerMember(const nlohmann::json& object, const char* name) {
+    const auto member = object.find(name);
+    if (member == object.end()) return std::nullopt;
+    // The parser keeps non-negative integers as unsigned and fractions (even 5.0) as floats.
+    if (member->is_number_unsigned()) {
+        const auto value = member->get<std::uint64_t>();
+        if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return std::nullopt;
+        return static_cast<std::int64_t>(value);
+    }
+    if (member->is_number_integer()) return member->get<std::int64_t>();
+    return std::nullopt;
+}
+
+// A reply that never got an HTTP response, or whose transfer broke off, carries no usable body.
+// An HTTP error status (404, 500) also sets error(), but its body is still read.
+bool failedInTransport(const QNetworkReply& reply) {
+    if (!reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()) return true;
+    const auto error = reply.error();
+    return error != QNetworkReply::NoError && error <= QNetworkReply::UnknownNetworkError;
+}
+
+}  // namespace
+
+std::optional<VersionInfo> VersionInfo::decode(const QByteArray& data) {
+    const auto document = nlohmann::json::parse(data.cbegin(), data.cend(), nullptr, /*allow_exceptions=*/false);
+    if (!document.is_object()) return std::nullopt;  // also the parser's "discarded" value on malformed input
+    auto version = stringMember(document, "version");
+    const auto build = integerMember(document, "build");
+    auto downloadURL = stringMember(document, "downloadURL");
+    auto releaseNotes = stringMember(document, "releaseNotes");
+    if (!version || !build || !downloadURL || !releaseNotes) return std::nullopt;
+    return VersionInfo{std::move(*version), *build, std::move(*downloadURL), std::move(*releaseNotes)};
+}
+
+UpdateChecker& UpdateChecker::shared() {
+    auto& slot = sharedSlot();
+    if (!slot) {
+        static MessageBoxAlertPresenter alerts;
+        static DesktopUrlOpener urlOpener;
+        const Clock systemClock = [] { return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0; };
+        slot = std::make_unique<UpdateChecker>(UserDefaults::shared(), nullptr, systemClock, defaultVersionUrl(),
+                                               QString::fromUtf8(buildconfig::version), QString::fromUtf8(buildconfig::build),
+                                               alerts, urlOpener);
+    }
+    return *slot;
+}
+
+void UpdateChecker::installShared(std::unique_ptr<UpdateChecker> checker) { sharedSlot() = std::move(checker); }
+
+QUrl UpdateChecker::defaultVersionUrl() {
+    QUrl url;
+    url.setScheme(QStringLiteral("https"));
+    url.setHost(QString::fromUtf8(buildconfig::updateHost));
+    url.setPath(QStringLiteral("/version.json"));
+    return url;
+}
+
+UpdateChecker::UpdateChecker(UserDefaults& defaults, QNetworkAccessManager* network, Clock clock, QUrl versionUrl,
+                             const QString& currentVersion, const QString& currentBuild, AlertPresenter& alerts,
+                             UrlOpener& urlOpener, QObject* parent)
+    : QObject(parent),
+      defaults_(defaults),
+      network_(network ? network : new QNetworkAccessManager(this)),
+      clock_(std::move(clock)),
+      versionUrl_(std::move(versionUrl)),
+      currentVersion_(currentVersion.isEmpty() ? QStringLiteral("0") : currentVersion),
+      currentBuild_(buildNumberFromText(currentBuild.toStdString())),
+      alerts_(alerts),
+      urlOpener_(urlOpener) {}
+
+UpdateChecker::~UpdateChecker() = default;
+
+void UpdateChecker::checkForUpdatesIfNeeded() {
+    const double last = defaults_.doubleValue(lastCheckKey, 0);
+    const double now = clock_();
+    if (!(now - last > checkInterval)) return;
+    defaults_.setDouble(lastCheckKey, now);  // a write failure changes nothing: the check still runs
+    fetchVersionInfo();
+}
+
+void UpdateChecker::fetchVersionInfo() {
+    QNetworkReply* reply = network_->get(QNetworkRequest(versionUrl_));
+    // The reply is freed even when the checker is gone first; the handler itself dies with the checker.
+    connect(reply, &QNetworkReply::finished, reply, &QObject::deleteLater);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+        if (failedInTransport(*reply)) return;
+        handleVersionData(reply->readAll());
+    });
+}
+
+void UpdateChecker::handleVersionData(const QByteArray& data) {
+    const auto info = VersionInfo::decode(data);
+    if (!info) return;
+    if (!isNewerVersion(info->version.toStdString(), info->build, currentVersion_.toStdString(), currentBuild_)) return;
+    // The alert blocks in its own event loop; running it from the event loop rather than inside the
+    // caller (the reply's finished handler) keeps the network stack out of that nested loop.
+    QMetaObject::invokeMethod(this, [this, info = *info] { showUpdateAlert(info); }, Qt::QueuedConnection);
+}
+
+void UpdateChecker::showUpdateAlert(const VersionInfo& info) {
+    AlertPresenter::Alert alert;
+    alert.style = AlertPresenter::Alert::Style::informational;
+    alert.message = QStringLiteral("Update Available");
+    alert.informativeText = QStringLiteral("Orvane ") + info.version + QStringLiteral(" is available.\n\n") + info.releaseNotes;
+    alert.buttons = {QStringLiteral("Download"), QStringLiteral("Later")};
+    if (alerts_.present(alert) != AlertPresenter::firstButtonResponse) return;
+
+    const QUrl url(info.downloadURL, QUrl::StrictMode);
+    if (url.isValid() && !url.scheme().isEmpty()) urlOpener_.open(url);
+}
+
+}  // namespace orvane

@@ -1,0 +1,93 @@
+#include "platform/linux/LocalSocketInstanceChannel.h"
+
+#include <QByteArray>
+#include <QLocalServer>
+#include <QLocalSocket>
+
+#include <memory>
+
+#include <unistd.h>
+
+namespace orvane {
+namespace {
+
+constexpr int connectTimeoutMs = 2000;
+constexpr int writeTimeoutMs = 2000;
+
+std::unique_ptr<QLocalSocket> connectTo(const QString& name) {
+    auto socket = std::make_unique<QLocalSocket>();
+    socket->setSocketOptions(QLocalSocket::AbstractNamespaceOption);
+    socket->connectToServer(name);
+    if (!socket->waitForConnected(connectTimeoutMs)) return nullptr;
+    return socket;
+}
+
+}  // namespace
+
+QString LocalSocketInstanceChannel::defaultName() { return QStringLiteral("com.user.Orvane-%1").arg(::getuid()); }
+
+LocalSocketInstanceChannel::LocalSocketInstanceChannel(QString name, QObject* parent)
+    : InstanceChannel(parent), name_(std::move(name)) {}
+
+// The server and its connections are children; their signals no longer reach this object by then.
+LocalSocketInstanceChannel::~LocalSocketInstanceChannel() = default;
+
+bool LocalSocketInstanceChannel::isListening() const { return server_ && server_->isListening(); }
+
+bool LocalSocketInstanceChannel::isAnotherInstanceRunning() {
+    if (isListening()) return false;  // the only listener is this instance
+    return connectTo(name_) != nullptr;
+}
+
+void LocalSocketInstanceChannel::activateOtherInstance() {}
+
+bool LocalSocketInstanceChannel::postOpenConfig() {
+    if (isListening()) return false;
+    const auto socket = connectTo(name_);
+    if (!socket) return false;
+    const QByteArray message(openConfigMessage);
+    if (socket->write(message) != message.size()) return false;
+    while (socket->bytesToWrite() > 0) {
+        if (!socket->waitForBytesWritten(writeTimeoutMs)) return false;
+    }
+    socket->disconnectFromServer();
+    return true;
+}
+
+bool LocalSocketInstanceChannel::listen() {
+    if (isListening()) return true;
+    if (!server_) {
+        server_ = new QLocalServer(this);
+        server_->setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        connect(server_, &QLocalServer::newConnection, this, &LocalSocketInstanceChannel::acceptConnections);
+    }
+    if (server_->listen(name_)) return true;
+    // A live instance holds the name, or a socket file from a build that used the file namespace is in
+    // the way; removing that file is harmless in the first case and clears the second.
+    QLocalServer::removeServer(name_);
+    return server_->listen(name_);
+}
+
+void LocalSocketInstanceChannel::acceptConnections() {
+    const QByteArray expected(openConfigMessage);
+    while (QLocalSocket* socket = server_->nextPendingConnection()) {
+        // A connection is one message, ended by the sender closing; anything that cannot become the
+        // message is cut off as soon as it shows, so a stray client holds at most a few bytes.
+        socket->setReadBufferSize(expected.size() + 1);
+        auto received = std::make_shared<QByteArray>();
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket, received, expected] {
+            received->append(socket->read(expected.size() + 1 - received->size()));
+            if (expected.startsWith(*received)) return;
+            socket->disconnect(this);
+            socket->abort();
+            socket->deleteLater();
+        });
+        connect(socket, &QLocalSocket::disconnected, this, [this, socket, received, expected] {
+            received->append(socket->read(expected.size() + 1 - received->size()));
+            socket->deleteLater();
+            if (*received == expected) emit openConfigRequested();
+        });
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,43 @@
+// The instance channel on Linux: a local socket in the abstract namespace, named per user.
+#pragma once
+
+#include "platform/InstanceChannel.h"
+
+#include <QString>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace orvane {
+
+// The running instance listens under the name; a later launch connects, writes the message, closes.
+// An abstract name has no file and disappears with its last descriptor, so a crashed instance leaves
+// nothing that could stop the next launch. Main thread only.
+class LocalSocketInstanceChannel : public InstanceChannel {
+    Q_OBJECT
+public:
+    // "com.user.Orvane-<uid>": each user's instances are separate.
+    static QString defaultName();
+
+    explicit LocalSocketInstanceChannel(QString name, QObject* parent = nullptr);
+    ~LocalSocketInstanceChannel() override;
+
+    // Blocks for at most a moment: a local connection is accepted by the kernel, not by the other
+    // instance's event loop.
+    bool isAnotherInstanceRunning() override;
+    // Nothing: desktops refuse to let one process raise another's window; the running instance raises
+    // its configuration window itself when the message arrives.
+    void activateOtherInstance() override;
+    // Writes the message over a fresh connection and closes it, which marks the message's end.
+    bool postOpenConfig() override;
+    bool listen() override;
+
+private:
+    void acceptConnections();
+    bool isListening() const;
+
+    QString name_;
+    QLocalServer* server_ = nullptr;
+};
+
+}  // namespace orvane
