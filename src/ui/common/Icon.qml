@@ -1,0 +1,15 @@
+// One of our monochrome icons, drawn in the given colour (the text colour unless told otherwise).
+import QtQuick
+
+Image {
+    property string name
+    property color color: palette.text
+    property real size: 16
+
+    width: size
+    height: size
+    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
+    source: name ? "image://icon/" + name + "/" + color : ""
+    fillMode: Image.PreserveAspectFit
+    smooth: true
+}

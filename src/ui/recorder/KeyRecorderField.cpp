@@ -1,0 +1,43 @@
+#include "ui/recorder/KeyRecorderField.h"
+
+#include "interception/EventTapManager.h"
+
+namespace orvane {
+
+KeyRecorderField::KeyRecorderField(bool allowModifiers, QString placeholder, QObject* parent)
+    : KeyRecorderField(EventSystem::shared(), EventTapManager::shared(), allowModifiers, std::move(placeholder), parent) {}
+
+KeyRecorderField::KeyRecorderField(EventSystem& events, EventTapManager& manager, bool allowModifiers, QString placeholder,
+                                   QObject* parent)
+    : QObject(parent), session_(events, manager), placeholder_(std::move(placeholder)) {
+    session_.setAllowModifiers(allowModifiers);
+    connect(&session_, &KeyRecordingSession::isRecordingChanged, this, &KeyRecorderField::changed);
+    connect(&session_, &KeyRecordingSession::recordedKeyChanged, this, &KeyRecorderField::changed);
+}
+
+// A field that goes away mid-recording must hand the main tap back.
+KeyRecorderField::~KeyRecorderField() { session_.stopRecording(); }
+
+QString KeyRecorderField::text() const {
+    if (isRecording()) return QStringLiteral("Press any key...");
+    if (const auto& key = recordedKey()) return QString::fromStdString(key->label());
+    return placeholder_;
+}
+
+void KeyRecorderField::toggleRecording() {
+    if (isRecording()) session_.stopRecording();
+    else session_.startRecording();
+}
+
+void KeyRecorderField::stopRecording() {
+    if (isRecording()) session_.stopRecording();
+}
+
+void KeyRecorderField::pick(int keyCode, bool command, bool option, bool control, bool shift) {
+    const auto key = keyCodeFromRaw(keyCode);
+    if (!key) return;
+    const bool allow = allowModifiers();
+    setRecordedKey(RecordedKey{SourceKey::regular(*key), Modifiers{allow && command, allow && option, allow && control, allow && shift}});
+}
+
+}  // namespace orvane

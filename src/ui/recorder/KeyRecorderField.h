@@ -1,0 +1,54 @@
+// The state of one key recorder field: the chosen key, recording through the keyboard, picking, clearing.
+#pragma once
+
+#include "interception/KeyRecordingSession.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace orvane {
+
+// Main thread only. Recording pauses the main tap (and so clears Caps Lock's HID remapping) and
+// resumes it afterwards; the QML field calls stopRecording() when it leaves the screen.
+class KeyRecorderField : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed)
+    Q_PROPERTY(bool isRecording READ isRecording NOTIFY changed)
+    Q_PROPERTY(bool allowModifiers READ allowModifiers CONSTANT)
+    Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
+
+public:
+    // Over the process-wide event system and tap manager.
+    KeyRecorderField(bool allowModifiers, QString placeholder, QObject* parent = nullptr);
+    KeyRecorderField(EventSystem& events, EventTapManager& manager, bool allowModifiers, QString placeholder,
+                     QObject* parent = nullptr);
+    ~KeyRecorderField() override;
+
+    // "Press any key..." while recording, else the chosen key's label, else the placeholder.
+    QString text() const;
+    bool hasKey() const { return session_.recordedKey().has_value(); }
+    bool isRecording() const { return session_.isRecording(); }
+    bool allowModifiers() const { return session_.allowModifiers(); }
+    QString placeholder() const { return placeholder_; }
+
+    const std::optional<RecordedKey>& recordedKey() const { return session_.recordedKey(); }
+    void setRecordedKey(std::optional<RecordedKey> key) { session_.setRecordedKey(std::move(key)); }
+
+    Q_INVOKABLE void toggleRecording();
+    Q_INVOKABLE void stopRecording();
+    Q_INVOKABLE void clear() { setRecordedKey(std::nullopt); }
+    // A key chosen in the picker; the modifiers count only where the field allows them.
+    Q_INVOKABLE void pick(int keyCode, bool command, bool option, bool control, bool shift);
+
+signals:
+    void changed();
+
+private:
+    KeyRecordingSession session_;
+    QString placeholder_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,7 @@
+#include "ui/UiTypes.h"
+
+namespace orvane::ui {
+
+void registerRecorderTypes() {}
+
+}  // namespace orvane::ui

@@ -1,0 +1,7 @@
+#include "ui/UiTypes.h"
+
+namespace orvane::ui {
+
+void registerSettingsTypes() {}
+
+}  // namespace orvane::ui

@@ -1,0 +1,108 @@
+#include "UiHarness.h"
+
+#include "ui/UiTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QQmlEngine>
+#include <QTest>
+
+namespace orvane::testing {
+namespace {
+
+QQuickItem* findIn(QQuickItem* item, const QString& name) {
+    if (!item) return nullptr;
+    if (item->objectName() == name) return item;
+    for (QQuickItem* child : item->childItems())
+        if (QQuickItem* found = findIn(child, name)) return found;
+    return nullptr;
+}
+
+QPoint centreOf(QQuickItem* item) { return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint(); }
+
+}  // namespace
+
+UiHarness::UiHarness() {
+    simAccessibility().setTrusted(true);
+    UserDefaults::installShared(UserDefaults::openFile(dir_.filePath(QStringLiteral("settings.ini"))));
+    MappingStore::installShared(std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil(tool_.path())));
+    EventTapManager::installShared(std::make_unique<EventTapManager>(simEventSystem(), MappingStore::shared()));
+    ui::registerTypes();
+    settle();
+    simEventSystem().takeDelivered();
+}
+
+UiHarness::~UiHarness() {
+    view_.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EventTapManager::installShared(nullptr);
+    MappingStore::installShared(nullptr);
+    UserDefaults::installShared(nullptr);
+}
+
+QQuickView* UiHarness::show(const QString& file, QSize size) {
+    view_ = std::make_unique<QQuickView>();
+    ui::prepareEngine(*view_->engine());
+    view_->setResizeMode(QQuickView::SizeRootObjectToView);
+    view_->resize(size);
+    view_->setSource(QUrl(QStringLiteral("qrc:/qml/") + file));
+    if (view_->status() != QQuickView::Ready) {
+        for (const auto& error : view_->errors()) ADD_FAILURE() << error.toString().toStdString();
+        return nullptr;
+    }
+    view_->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(view_.get()));
+    settle();
+    return view_.get();
+}
+
+QQuickItem* UiHarness::find(const QString& objectName) const {
+    if (!view_) return nullptr;
+    // Popups and sheets live under the window's overlay, not under the root object.
+    if (QQuickItem* found = findIn(view_->rootObject(), objectName)) return found;
+    return findIn(view_->contentItem(), objectName);
+}
+
+void UiHarness::click(QQuickItem* item, Qt::MouseButton button) {
+    ASSERT_TRUE(item);
+    QTest::mouseClick(view_.get(), button, Qt::NoModifier, centreOf(item));
+    settle();
+}
+
+void UiHarness::doubleClick(QQuickItem* item) {
+    ASSERT_TRUE(item);
+    QTest::mouseDClick(view_.get(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
+    settle();
+}
+
+void UiHarness::hover(QQuickItem* item) {
+    ASSERT_TRUE(item);
+    QTest::mouseMove(view_.get(), centreOf(item));
+    settle();
+}
+
+void UiHarness::key(int key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(view_.get(), static_cast<Qt::Key>(key), modifiers);
+    settle();
+}
+
+void UiHarness::settle() {
+    for (int round = 0; round < 3; ++round) {
+        QCoreApplication::processEvents();
+        if (MappingStore* store = &MappingStore::shared()) store->waitForCapsLockDecisions();
+    }
+    QCoreApplication::processEvents();
+}
+
+QImage UiHarness::screenshot(const QString& name) {
+    if (!view_) return {};
+    settle();
+    const QImage image = view_->grabWindow();
+    QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
+    image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
+    return image;
+}
+
+}  // namespace orvane::testing
