@@ -1,11 +1,151 @@
 #include "app/AppDelegate.h"
 
+#include "app/AlertPresenter.h"
+#include "app/UpdateChecker.h"
+#include "app/UrlOpener.h"
+#include "interception/EventTapManager.h"
+#include "platform/EventSystem.h"
+#include "platform/InstanceChannel.h"
+#include "store/MappingStore.h"
+
+#include <QQuickView>
+#include <QShortcut>
+#include <QTimer>
+
 namespace orvane {
 namespace {
 AppDelegate* currentDelegate = nullptr;
 }
 
 AppDelegate* AppDelegate::current() { return currentDelegate; }
-void AppDelegate::setCurrent(AppDelegate* delegate) { currentDelegate = delegate; }
+
+WindowSpec AppDelegate::configurationWindowSpec() {
+    return {QStringLiteral("Orvane"), QSize(500, 400), QUrl(QStringLiteral("qrc:/qml/MappingListView.qml")), QStringLiteral("ConfigWindow")};
+}
+
+WindowSpec AppDelegate::debugWindowSpec() {
+    return {QStringLiteral("Key Event Debugger"), QSize(550, 500), QUrl(QStringLiteral("qrc:/qml/DebugView.qml")),
+            QStringLiteral("DebugWindow")};
+}
+
+AppDelegate::AppDelegate(AppServices services, QObject* parent) : QObject(parent), services_(std::move(services)) {
+    currentDelegate = this;
+}
+
+AppDelegate::~AppDelegate() {
+    if (currentDelegate == this) currentDelegate = nullptr;
+}
+
+bool AppDelegate::showMenuIcon() const { return services_.defaults.boolValue(showMenuIconKey, true); }
+
+void AppDelegate::applicationDidFinishLaunching() {
+    if (showMenuIcon()) setupStatusItem();
+    if (services_.accessibility.isProcessTrusted(false)) services_.tapManager.start();
+    else requestAccessibilityPermission();
+    services_.updateChecker.checkForUpdatesIfNeeded();
+    // The status icon and menu follow the tap state, starting with the state now.
+    connect(&services_.tapManager, &EventTapManager::isRunningChanged, this, [this] {
+        updateStatusIcon();
+        buildMenu();
+    }, Qt::QueuedConnection);
+    updateStatusIcon();
+    buildMenu();
+    connect(&services_.defaults, &UserDefaults::changed, this, &AppDelegate::updateMenuIconVisibility, Qt::QueuedConnection);
+    connect(&services_.instanceChannel, &InstanceChannel::openConfigRequested, this, &AppDelegate::openConfiguration,
+            Qt::QueuedConnection);
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
+    if (!(hasVisibleWindows && showMenuIcon())) openConfiguration();
+    return true;
+}
+
+void AppDelegate::applicationWillTerminate() {
+    services_.tapManager.stop();
+    services_.store.hidUtil().clearRemapping();
+}
+
+void AppDelegate::requestAccessibilityPermission() {
+    if (services_.accessibility.isProcessTrusted(true)) return;
+    QTimer::singleShot(0, this, &AppDelegate::showAccessibilityAlert);
+}
+
+void AppDelegate::showAccessibilityAlert() {
+    AlertPresenter::Alert alert;
+    alert.style = AlertPresenter::Alert::Style::warning;
+    alert.message = QStringLiteral("Accessibility Permission Required");
+    alert.informativeText = QStringLiteral(
+        "Orvane needs Accessibility permission to intercept and remap keyboard events.\n\n"
+        "Please grant permission in System Settings > Privacy & Security > Accessibility, then restart the app.");
+    alert.buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Later")};
+    if (services_.alerts.present(alert) != AlertPresenter::firstButtonResponse) return;
+    const QUrl url(accessibilitySettingsUrl, QUrl::StrictMode);
+    if (url.isValid()) services_.urlOpener.open(url);
+}
+
+void AppDelegate::openConfiguration() { openWindow(configWindow_, configurationWindowSpec()); }
+
+void AppDelegate::openDebug() { openWindow(debugWindow_, debugWindowSpec()); }
+
+void AppDelegate::openWindow(std::unique_ptr<HostedWindow>& window, const WindowSpec& spec) {
+    if (!window) {
+        window = services_.windows.create(spec);
+        // Command-comma opens the settings from any of our windows.
+        auto* settings = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma), &window->view());
+        connect(settings, &QShortcut::activated, this, &AppDelegate::openConfiguration);
+    }
+    window->bringToFront();
+}
+
+bool AppDelegate::hasVisibleWindows() const {
+    return (configWindow_ && configWindow_->isVisible()) || (debugWindow_ && debugWindow_->isVisible());
+}
+
+void AppDelegate::closeWindows() {
+    configWindow_.reset();
+    debugWindow_.reset();
+}
+
+// ---- Status item ----------------------------------------------------------------------------
+
+void AppDelegate::setupStatusItem() {
+    statusItem_ = services_.statusBar.createItem();
+    if (!statusItem_) return;
+    statusItem_->setIcon(QStringLiteral("keyboard"), QStringLiteral("Orvane"));
+    statusItem_->setMenuWillOpen([this] { buildMenu(); });
+    updateStatusIcon();
+    buildMenu();
+}
+
+void AppDelegate::updateStatusIcon() {
+    if (statusItem_) statusItem_->setIcon(statusIconName(services_.tapManager.isRunning()), QStringLiteral("Orvane"));
+}
+
+void AppDelegate::buildMenu() {
+    if (!statusItem_) return;
+    StatusMenuActions actions;
+    actions.toggleInterception = [this] { toggleInterception(); };
+    actions.openConfiguration = [this] { openConfiguration(); };
+    actions.openDebug = [this] { openDebug(); };
+    actions.quit = services_.terminate;
+    statusItem_->setMenu(buildStatusMenu(services_.tapManager.isRunning(), services_.store.enabledMappings().size(), actions));
+}
+
+void AppDelegate::updateMenuIconVisibility() {
+    const bool show = showMenuIcon();
+    if (show && !statusItem_) setupStatusItem();
+    else if (!show && statusItem_) statusItem_.reset();
+}
+
+void AppDelegate::toggleInterception() {
+    if (services_.tapManager.isRunning()) {
+        services_.tapManager.stop();
+    } else if (services_.accessibility.isProcessTrusted(false)) {
+        services_.tapManager.start();
+    } else {
+        requestAccessibilityPermission();
+    }
+    buildMenu();
+}
 
 }  // namespace orvane

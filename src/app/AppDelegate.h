@@ -1,29 +1,94 @@
 // The application's delegate: start-up and quit order, permission flow, windows and the status item.
 #pragma once
 
+#include "app/StatusItem.h"
+#include "app/WindowHost.h"
+
 #include <QObject>
+
+#include <memory>
 
 namespace orvane {
 
+class Accessibility;
+class AlertPresenter;
+class EventTapManager;
+class InstanceChannel;
+class MappingStore;
+class UpdateChecker;
+class UrlOpener;
+class UserDefaults;
+
+// Everything the delegate works with, owned elsewhere and outliving it.
+struct AppServices {
+    UserDefaults& defaults;
+    MappingStore& store;
+    EventTapManager& tapManager;
+    UpdateChecker& updateChecker;
+    Accessibility& accessibility;
+    AlertPresenter& alerts;
+    UrlOpener& urlOpener;
+    StatusBar& statusBar;
+    InstanceChannel& instanceChannel;
+    WindowHost& windows;
+    std::function<void()> terminate;  // the application's orderly quit
+};
+
+// Main thread only.
 class AppDelegate : public QObject {
     Q_OBJECT
 public:
+    static inline const QString showMenuIconKey = QStringLiteral("Orvane.ShowMenuIcon");
+    static inline const QString accessibilitySettingsUrl =
+        QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
+
+    static WindowSpec configurationWindowSpec();
+    static WindowSpec debugWindowSpec();
+
+    explicit AppDelegate(AppServices services, QObject* parent = nullptr);
+    ~AppDelegate() override;
+
     // The running application's delegate, or null where there is none (tests of single views):
     // callers then do nothing.
     static AppDelegate* current();
 
-    // Shows the configuration window, creating it on first use.
-    Q_INVOKABLE virtual void openConfiguration() = 0;
-    // Shows the key event debugger window, creating it on first use.
-    Q_INVOKABLE virtual void openDebug() = 0;
-    // Adds or removes the status item to match the "Orvane.ShowMenuIcon" setting.
-    Q_INVOKABLE virtual void updateMenuIconVisibility() = 0;
-    // True unless the setting says false; a fresh installation shows the icon.
-    virtual bool showMenuIcon() const = 0;
+    // Start-up, once: status item, permission or tap start, update check, subscriptions.
+    void applicationDidFinishLaunching();
+    // The user reopened the running application. Always true.
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+    // Quit: stops the tap and restores Caps Lock, whether or not the tap was running.
+    void applicationWillTerminate();
 
-protected:
-    using QObject::QObject;
-    static void setCurrent(AppDelegate* delegate);
+    // Shows the configuration window, creating it on first use.
+    Q_INVOKABLE void openConfiguration();
+    // Shows the key event debugger window, creating it on first use.
+    Q_INVOKABLE void openDebug();
+    // Adds or removes the status item to match the "Orvane.ShowMenuIcon" setting.
+    Q_INVOKABLE void updateMenuIconVisibility();
+    // True unless the setting says false; a fresh installation shows the icon.
+    bool showMenuIcon() const;
+
+    void toggleInterception();
+    void requestAccessibilityPermission();
+    void showAccessibilityAlert();
+
+    StatusItem* statusItem() const { return statusItem_.get(); }
+    HostedWindow* configWindow() const { return configWindow_.get(); }
+    HostedWindow* debugWindow() const { return debugWindow_.get(); }
+    bool hasVisibleWindows() const;
+    // Destroys the windows (remembering their frames); before the objects their views use go.
+    void closeWindows();
+
+private:
+    void setupStatusItem();
+    void updateStatusIcon();
+    void buildMenu();
+    void openWindow(std::unique_ptr<HostedWindow>& window, const WindowSpec& spec);
+
+    AppServices services_;
+    std::unique_ptr<StatusItem> statusItem_;
+    std::unique_ptr<HostedWindow> configWindow_;
+    std::unique_ptr<HostedWindow> debugWindow_;
 };
 
 }  // namespace orvane

@@ -1,4 +1,5 @@
 // The update check against a local HTTP server, with an injected clock, alert presenter and URL opener.
+#include "AppFakes.h"
 #include "TestHttpServer.h"
 #include "WaitUntil.h"
 #include "app/AlertPresenter.h"
@@ -17,29 +18,14 @@
 
 using namespace orvane;
 using orvane::testing::waitUntil;
+using orvane::testing::RecordingUrlOpener;
+using orvane::testing::ScriptedAlertPresenter;
 
 namespace {
 
 constexpr double launchTime = 1'700'000'000.25;
 const QByteArray newerDocument =
     R"({"version":"1.3","build":1,"downloadURL":"https://example.org/Orvane.dmg","releaseNotes":"Faster."})";
-
-struct ScriptedAlertPresenter : AlertPresenter {
-    int answer = secondButtonResponse;
-    std::vector<Alert> shown;
-    int present(const Alert& alert) override {
-        shown.push_back(alert);
-        return answer;
-    }
-};
-
-struct RecordingUrlOpener : UrlOpener {
-    std::vector<QUrl> opened;
-    bool open(const QUrl& url) override {
-        opened.push_back(url);
-        return true;
-    }
-};
 
 // Counts the requests it is asked to send, and finished replies; never uses a proxy.
 struct CountingNetwork : QNetworkAccessManager {

@@ -1,0 +1,61 @@
+#include "app/OrvaneApp.h"
+
+#include "app/AppDelegate.h"
+#include "app/DesktopUrlOpener.h"
+#include "app/MessageBoxAlertPresenter.h"
+#include "app/TrayStatusItem.h"
+#include "app/UpdateChecker.h"
+#include "interception/EventTapManager.h"
+#include "platform/EventSystem.h"
+#include "platform/PlatformServices.h"
+#include "store/MappingStore.h"
+#include "ui/UiTypes.h"
+
+#include <QApplication>
+#include <QTimer>
+
+namespace orvane {
+
+int runOrvaneApp(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationDomain(QStringLiteral("user.com"));
+    QApplication::setApplicationName(QStringLiteral("Orvane"));
+    // A menu-bar app keeps running with every window closed.
+    QApplication::setQuitOnLastWindowClosed(false);
+    // From the first moment on, a logout or kill quits in order (and so restores Caps Lock).
+    installQuitRequestHandler([] { QApplication::quit(); });
+
+    // The HID tool can be pointed elsewhere for tests; the application has no command line.
+    if (const QString tool = qEnvironmentVariable("ORVANE_HIDUTIL"); !tool.isEmpty())
+        MappingStore::installShared(std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil(tool)));
+
+    MessageBoxAlertPresenter alerts;
+    DesktopUrlOpener urlOpener;
+    TrayStatusBar statusBar;
+    auto channel = createInstanceChannel();
+    WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });
+    AppDelegate delegate({UserDefaults::shared(), MappingStore::shared(), EventTapManager::shared(), UpdateChecker::shared(),
+                          Accessibility::shared(), alerts, urlOpener, statusBar, *channel, windows,
+                          [] { QApplication::quit(); }});
+
+    // Another instance runs: wake it, ask it to open its configuration window, and leave.
+    const bool secondInstance = channel->isAnotherInstanceRunning();
+    if (secondInstance) {
+        channel->activateOtherInstance();
+        channel->postOpenConfig();
+        QTimer::singleShot(0, &app, &QApplication::quit);
+    } else {
+        channel->listen();
+        delegate.applicationDidFinishLaunching();
+        // Without a system tray the item cannot show: open the window so the app is never invisible.
+        if (!statusBar.isAvailable()) delegate.openConfiguration();
+    }
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+
+    const int status = QApplication::exec();
+    // Our windows go before the objects their views use.
+    delegate.closeWindows();
+    return status;
+}
+
+}  // namespace orvane

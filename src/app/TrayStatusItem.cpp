@@ -1,0 +1,73 @@
+#include "app/TrayStatusItem.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include "ui/common/IconRendering.h"
+
+namespace orvane {
+
+QIcon templateIcon(const QString& iconName, const QColor& color) {
+    QIcon icon;
+    for (int size : {16, 22, 32, 44, 64}) icon.addPixmap(QPixmap::fromImage(renderIcon(iconName, QSize(size, size), color)));
+    icon.setIsMask(true);
+    return icon;
+}
+
+namespace {
+
+QIcon dotIcon(const QColor& color) {
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawEllipse(QRectF(4, 4, 8, 8));
+    return QIcon(pixmap);
+}
+
+}  // namespace
+
+TrayStatusItem::TrayStatusItem() {
+    tray_.setContextMenu(&menu_);
+    // Rebuild the items in place just before showing; the menu object itself never changes.
+    QObject::connect(&menu_, &QMenu::aboutToShow, [this] {
+        if (menuWillOpen_) menuWillOpen_();
+    });
+    // A left click opens the same menu, as a menu-bar item does.
+    QObject::connect(&tray_, &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) menu_.popup(tray_.geometry().isValid() ? tray_.geometry().bottomLeft() : QCursor::pos());
+    });
+    tray_.show();
+}
+
+TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
+
+void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleDescription) {
+    tray_.setIcon(templateIcon(iconName, QColor(0xE8, 0xE8, 0xE8)));
+    tray_.setToolTip(accessibleDescription);
+}
+
+void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
+    menu_.clear();
+    const QColor iconColor = menu_.palette().color(QPalette::WindowText);
+    for (const StatusMenuItem& item : items) {
+        if (item.kind == StatusMenuItem::Kind::separator) {
+            menu_.addSeparator();
+            continue;
+        }
+        QAction* action = menu_.addAction(item.title);
+        // A menu item cannot mix colours in its title: the coloured dot becomes the item's icon.
+        if (!item.dot.isEmpty()) action->setIcon(dotIcon(item.dotColor));
+        if (!item.iconName.isEmpty()) action->setIcon(templateIcon(item.iconName, iconColor));
+        if (!item.iconDescription.isEmpty()) action->setToolTip(item.iconDescription);
+        action->setShortcut(item.shortcut);
+        action->setIconVisibleInMenu(true);
+        // Queued, with the menu as context: the handler may refill this very menu, deleting the action.
+        if (item.trigger) QObject::connect(action, &QAction::triggered, &menu_, item.trigger, Qt::QueuedConnection);
+    }
+}
+
+void TrayStatusItem::setMenuWillOpen(std::function<void()> handler) { menuWillOpen_ = std::move(handler); }
+
+}  // namespace orvane

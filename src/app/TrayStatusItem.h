@@ -1,0 +1,35 @@
+// The status item on the desktop's system tray (QSystemTrayIcon with a QMenu).
+#pragma once
+
+#include "app/StatusItem.h"
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+namespace orvane {
+
+class TrayStatusItem final : public StatusItem {
+public:
+    TrayStatusItem();
+    ~TrayStatusItem() override;
+
+    void setIcon(const QString& iconName, const QString& accessibleDescription) override;
+    void setMenu(const std::vector<StatusMenuItem>& items) override;
+    void setMenuWillOpen(std::function<void()> handler) override;
+
+private:
+    QSystemTrayIcon tray_;
+    QMenu menu_;
+    std::function<void()> menuWillOpen_;
+};
+
+class TrayStatusBar final : public StatusBar {
+public:
+    bool isAvailable() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
+    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<TrayStatusItem>(); }
+};
+
+// Our monochrome icon as a mask image (the platform tints it); light enough for dark panels elsewhere.
+QIcon templateIcon(const QString& iconName, const QColor& color);
+
+}  // namespace orvane

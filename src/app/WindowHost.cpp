@@ -1,0 +1,94 @@
+#include "app/WindowHost.h"
+
+#include "store/UserDefaults.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QScreen>
+
+namespace orvane {
+namespace {
+
+// Frames are stored as "x y width height".
+std::optional<QRect> parseFrame(const QByteArray& text) {
+    const QList<QByteArray> parts = text.simplified().split(' ');
+    if (parts.size() != 4) return std::nullopt;
+    int values[4];
+    for (int i = 0; i < 4; ++i) {
+        bool ok = false;
+        values[i] = parts[i].toInt(&ok);
+        if (!ok) return std::nullopt;
+    }
+    if (values[2] <= 0 || values[3] <= 0) return std::nullopt;
+    return QRect(values[0], values[1], values[2], values[3]);
+}
+
+}  // namespace
+
+HostedWindow::HostedWindow(QQmlEngine& engine, const WindowSpec& spec, UserDefaults& defaults)
+    : spec_(spec), defaults_(defaults), view_(std::make_unique<QQuickView>(&engine, nullptr)) {
+    view_->setTitle(spec.title);
+    view_->setResizeMode(QQuickView::SizeRootObjectToView);
+    view_->setFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                    Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
+    view_->setSource(spec.content);
+    // The root view may ask for a minimum size; honour it.
+    if (QQuickItem* root = view_->rootObject()) {
+        const QVariant minimumWidth = root->property("minimumWidth"), minimumHeight = root->property("minimumHeight");
+        if (minimumWidth.isValid() && minimumHeight.isValid()) view_->setMinimumSize(QSize(minimumWidth.toInt(), minimumHeight.toInt()));
+    }
+    view_->resize(spec.contentSize);
+    if (QScreen* screen = view_->screen() ? view_->screen() : QGuiApplication::primaryScreen()) {
+        QRect centred(QPoint(), spec.contentSize);
+        centred.moveCenter(screen->availableGeometry().center());
+        view_->setPosition(centred.topLeft());
+    }
+    // A frame saved by an earlier run takes the place of the centred one.
+    if (const auto saved = defaults_.data(WindowHost::frameKey(spec.autosaveName)))
+        if (const auto frame = parseFrame(*saved)) view_->setGeometry(*frame);
+    // Remembered when the window is closed (hidden) and when the application quits with it open.
+    connect(view_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+        if (!visible) rememberFrame();
+    });
+}
+
+HostedWindow::~HostedWindow() {
+    if (view_->isVisible()) rememberFrame();
+}
+
+void HostedWindow::bringToFront() {
+    view_->show();
+    view_->raise();
+    view_->requestActivate();
+}
+
+bool HostedWindow::isVisible() const { return view_->isVisible(); }
+
+QString HostedWindow::loadErrors() const {
+    QStringList lines;
+    for (const auto& error : view_->errors()) lines << error.toString();
+    return lines.join(QLatin1Char('\n'));
+}
+
+void HostedWindow::rememberFrame() {
+    const QRect frame = view_->geometry();
+    defaults_.setData(WindowHost::frameKey(spec_.autosaveName),
+                      QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height()).toUtf8());
+}
+
+WindowHost::WindowHost(UserDefaults& defaults, std::function<void(QQmlEngine&)> prepareEngine)
+    : defaults_(defaults), prepareEngine_(std::move(prepareEngine)) {}
+
+WindowHost::~WindowHost() = default;
+
+std::unique_ptr<HostedWindow> WindowHost::create(const WindowSpec& spec) {
+    if (!engine_) {
+        engine_ = std::make_unique<QQmlEngine>();
+        if (prepareEngine_) prepareEngine_(*engine_);
+    }
+    return std::make_unique<HostedWindow>(*engine_, spec, defaults_);
+}
+
+}  // namespace orvane
