@@ -12,9 +12,33 @@
 #include "ui/UiTypes.h"
 
 #include <QApplication>
+#include <QDateTime>
+#include <QFile>
+#include <QQuickView>
 #include <QTimer>
 
 namespace orvane {
+namespace {
+
+// Writes "<wall-clock ms> <resident KiB>" to the file at the window's first frame, then quits.
+void reportFirstFrame(QQuickWindow& window, const QString& path) {
+    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [path] {
+        static bool reported = false;
+        if (reported) return;
+        reported = true;
+        QFile status(QStringLiteral("/proc/self/status"));
+        QByteArray residentKiB = "0";
+        if (status.open(QIODevice::ReadOnly))
+            for (const QByteArray& line : status.readAll().split('\n'))
+                if (line.startsWith("VmRSS:")) residentKiB = line.mid(6).trimmed().split(' ').value(0);
+        QFile out(path);
+        if (out.open(QIODevice::WriteOnly))
+            out.write(QByteArray::number(QDateTime::currentMSecsSinceEpoch()) + ' ' + residentKiB + '\n');
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    });
+}
+
+}  // namespace
 
 int runOrvaneApp(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -49,6 +73,9 @@ int runOrvaneApp(int argc, char** argv) {
         delegate.applicationDidFinishLaunching();
         // Without a system tray the item cannot show: open the window so the app is never invisible.
         if (!statusBar.isAvailable()) delegate.openConfiguration();
+        // The start-up benchmark asks for the first frame's time and memory, then a quit.
+        if (const QString probe = qEnvironmentVariable("ORVANE_FIRST_FRAME_PROBE"); !probe.isEmpty() && delegate.configWindow())
+            reportFirstFrame(delegate.configWindow()->view(), probe);
     }
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
 

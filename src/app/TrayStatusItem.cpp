@@ -38,7 +38,6 @@ TrayStatusItem::TrayStatusItem() {
     QObject::connect(&tray_, &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) menu_.popup(tray_.geometry().isValid() ? tray_.geometry().bottomLeft() : QCursor::pos());
     });
-    tray_.show();
 }
 
 TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
@@ -46,6 +45,7 @@ TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
 void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleDescription) {
     tray_.setIcon(templateIcon(iconName, QColor(0xE8, 0xE8, 0xE8)));
     tray_.setToolTip(accessibleDescription);
+    if (!tray_.isVisible()) tray_.show();  // shown once it has an icon to show
 }
 
 void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {

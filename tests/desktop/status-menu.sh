@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# The real application on a real desktop: under Xvfb with openbox and a tint2 panel (which has a
+# system tray), Orvane shows its status item; a right click opens its menu, which is saved as a
+# screenshot. Exits 77 (skipped) when the desktop tools are missing.
+#   status-menu.sh ORVANE_BINARY OUTPUT_PNG
+set -uo pipefail
+binary=$1
+output=$2
+for tool in Xvfb openbox tint2 xdotool import convert; do
+  command -v "$tool" >/dev/null || { echo "status-menu: $tool is not installed"; exit 77; }
+done
+
+work=$(mktemp -d)
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null; done
+  wait 2>/dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+# A display number nobody uses.
+display=
+for n in $(seq 90 140); do
+  if [ ! -e "/tmp/.X11-unix/X$n" ] && [ ! -e "/tmp/.X$n-lock" ]; then display=":$n"; break; fi
+done
+[ -n "$display" ] || { echo "status-menu: no free X display"; exit 1; }
+export DISPLAY=$display
+
+Xvfb "$display" -screen 0 1024x700x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
+for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.2; done
+openbox >/dev/null 2>&1 & pids+=($!)
+tint2 >/dev/null 2>&1 & pids+=($!)
+sleep 2
+
+mkdir -p "$work/config/user.com"
+# A check done a moment ago: no update request from here.
+printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane.conf"
+XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true ASAN_OPTIONS=detect_leaks=0 \
+  "$binary" >"$work/out.txt" 2>&1 & pids+=($!)
+
+# The status item is the application's small window inside the panel's tray.
+icon=
+for _ in $(seq 100); do
+  for window in $(xdotool search --class orvane 2>/dev/null); do
+    geometry=$(xdotool getwindowgeometry "$window" 2>/dev/null)
+    if echo "$geometry" | grep -qE 'Geometry: (1[0-9]|2[0-9]|3[0-2])x'; then icon=$window; break 2; fi
+  done
+  sleep 0.2
+done
+[ -n "$icon" ] || { echo "status-menu: no status item appeared"; cat "$work/out.txt"; exit 1; }
+eval "$(xdotool getwindowgeometry --shell "$icon")"
+xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2)) click 3
+sleep 1.5
+
+# The menu is a new window of the application, larger than the icon, above the panel.
+menu=
+for window in $(xdotool search --class orvane 2>/dev/null); do
+  eval "$(xdotool getwindowgeometry --shell "$window" | sed 's/^/M_/')"
+  if [ "$M_WIDTH" -ge 150 ] && [ "$M_HEIGHT" -ge 80 ] && [ "$M_HEIGHT" -le 300 ]; then menu=$window; break; fi
+done
+[ -n "$menu" ] || { echo "status-menu: the menu did not open"; exit 1; }
+eval "$(xdotool getwindowgeometry --shell "$menu")"
+mkdir -p "$(dirname "$output")"
+import -window root "$work/screen.png"
+# The menu with the panel and its tray below it.
+left=$((X - 20)); [ $left -lt 0 ] && left=0
+convert "$work/screen.png" -crop "$((1024 - left))x$((700 - Y + 10))+${left}+$((Y - 10))" +repage "$output"
+echo "status-menu: menu of ${WIDTH}x${HEIGHT} at ${X},${Y}; saved $output"
