@@ -7,7 +7,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 using namespace orvane;
@@ -93,11 +92,3 @@ BENCHMARK(replacedKey);
 BENCHMARK(passingKeyWithCapture);
 BENCHMARK(replacedKeyWithCapture);
 BENCHMARK(engineDecisionAlone);
-
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

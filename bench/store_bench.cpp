@@ -5,7 +5,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 using namespace orvane;
@@ -69,11 +68,3 @@ void settingsWriteWithSync(benchmark::State& state) {
 BENCHMARK(storeLookup)->Arg(1)->Arg(100)->Arg(1000);
 BENCHMARK(changeInMemory)->Arg(1000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(settingsWriteWithSync)->Arg(1000)->Unit(benchmark::kMicrosecond);
-
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

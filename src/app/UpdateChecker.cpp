@@ -6,6 +6,7 @@
 #include "app/MessageBoxAlertPresenter.h"
 #include "app/UrlOpener.h"
 #include "app/VersionComparison.h"
+#include "platform/SharedInstance.h"
 #include "store/UserDefaults.h"
 
 #include <QByteArray>
@@ -20,11 +21,6 @@
 
 namespace orvane {
 namespace {
-
-std::unique_ptr<UpdateChecker>& sharedSlot() {
-    static std::unique_ptr<UpdateChecker> slot;
-    return slot;
-}
 
 std::optional<QString> stringMember(const nlohmann::json& object, const char* name) {
     const auto member = object.find(name);
@@ -67,19 +63,17 @@ std::optional<VersionInfo> VersionInfo::decode(const QByteArray& data) {
 }
 
 UpdateChecker& UpdateChecker::shared() {
-    auto& slot = sharedSlot();
-    if (!slot) {
+    return SharedInstance<UpdateChecker>::get([] {
         static MessageBoxAlertPresenter alerts;
         static DesktopUrlOpener urlOpener;
         const Clock systemClock = [] { return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0; };
-        slot = std::make_unique<UpdateChecker>(UserDefaults::shared(), nullptr, systemClock, defaultVersionUrl(),
+        return std::make_unique<UpdateChecker>(UserDefaults::shared(), nullptr, systemClock, defaultVersionUrl(),
                                                QString::fromUtf8(buildconfig::version), QString::fromUtf8(buildconfig::build),
                                                alerts, urlOpener);
-    }
-    return *slot;
+    });
 }
 
-void UpdateChecker::installShared(std::unique_ptr<UpdateChecker> checker) { sharedSlot() = std::move(checker); }
+void UpdateChecker::installShared(std::unique_ptr<UpdateChecker> checker) { SharedInstance<UpdateChecker>::install(std::move(checker)); }
 
 QUrl UpdateChecker::defaultVersionUrl() {
     QUrl url;

@@ -1,17 +1,10 @@
 #include "interception/EventTapManager.h"
 
 #include "platform/Diagnostics.h"
+#include "platform/SharedInstance.h"
 #include "store/MappingStore.h"
 
 namespace orvane {
-namespace {
-
-std::unique_ptr<EventTapManager>& sharedSlot() {
-    static std::unique_ptr<EventTapManager> slot;
-    return slot;
-}
-
-}  // namespace
 
 TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const PlatformEvent* event) {
     TapEvent record;
@@ -34,12 +27,10 @@ EventTapManager::EventTapManager(EventSystem& events, MappingStore& store, QObje
 EventTapManager::~EventTapManager() = default;
 
 EventTapManager& EventTapManager::shared() {
-    auto& slot = sharedSlot();
-    if (!slot) slot = std::make_unique<EventTapManager>(EventSystem::shared(), MappingStore::shared());
-    return *slot;
+    return SharedInstance<EventTapManager>::get([] { return std::make_unique<EventTapManager>(EventSystem::shared(), MappingStore::shared()); });
 }
 
-void EventTapManager::installShared(std::unique_ptr<EventTapManager> manager) { sharedSlot() = std::move(manager); }
+void EventTapManager::installShared(std::unique_ptr<EventTapManager> manager) { SharedInstance<EventTapManager>::install(std::move(manager)); }
 
 bool EventTapManager::start() {
     if (isRunning_) return true;

@@ -2,6 +2,7 @@
 
 #include "model/MappingJson.h"
 #include "platform/Diagnostics.h"
+#include "platform/SharedInstance.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -10,11 +11,6 @@
 
 namespace orvane {
 namespace {
-
-std::unique_ptr<MappingStore>& sharedSlot() {
-    static std::unique_ptr<MappingStore> slot;
-    return slot;
-}
 
 void print(const std::string& line) { diagnostics::printLine(line); }
 
@@ -31,12 +27,10 @@ MappingStore::MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* par
 MappingStore::~MappingStore() = default;
 
 MappingStore& MappingStore::shared() {
-    auto& slot = sharedSlot();
-    if (!slot) slot = std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil());
-    return *slot;
+    return SharedInstance<MappingStore>::get([] { return std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil()); });
 }
 
-void MappingStore::installShared(std::unique_ptr<MappingStore> store) { sharedSlot() = std::move(store); }
+void MappingStore::installShared(std::unique_ptr<MappingStore> store) { SharedInstance<MappingStore>::install(std::move(store)); }
 
 void MappingStore::loadMappings() {
     const auto stored = defaults_.data(userDefaultsKey);

@@ -1,16 +1,10 @@
 #include "store/UserDefaults.h"
 
+#include "platform/SharedInstance.h"
+
 #include <QMetaType>
 
 namespace orvane {
-namespace {
-
-std::unique_ptr<UserDefaults>& sharedSlot() {
-    static std::unique_ptr<UserDefaults> slot;
-    return slot;
-}
-
-}  // namespace
 
 std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
     return std::make_unique<UserDefaults>(
@@ -24,12 +18,10 @@ std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {
 UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent) : QObject(parent), settings_(std::move(settings)) {}
 
 UserDefaults& UserDefaults::shared() {
-    auto& slot = sharedSlot();
-    if (!slot) slot = openStandard();
-    return *slot;
+    return SharedInstance<UserDefaults>::get([] { return openStandard(); });
 }
 
-void UserDefaults::installShared(std::unique_ptr<UserDefaults> defaults) { sharedSlot() = std::move(defaults); }
+void UserDefaults::installShared(std::unique_ptr<UserDefaults> defaults) { SharedInstance<UserDefaults>::install(std::move(defaults)); }
 
 bool UserDefaults::contains(const QString& key) const { return settings_->contains(key); }
 
