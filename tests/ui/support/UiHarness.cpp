@@ -1,5 +1,6 @@
 #include "UiHarness.h"
 
+#include "platform/sim/SimLoginItem.h"
 #include "ui/UiTypes.h"
 
 #include <gtest/gtest.h>
@@ -29,6 +30,8 @@ UiHarness::UiHarness() {
     UserDefaults::installShared(UserDefaults::openFile(dir_.filePath(QStringLiteral("settings.ini"))));
     MappingStore::installShared(std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil(tool_.path())));
     EventTapManager::installShared(std::make_unique<EventTapManager>(simEventSystem(), MappingStore::shared()));
+    // Never the user's real login items.
+    LoginItem::installShared(std::make_unique<SimLoginItem>());
     ui::registerTypes();
     settle();
     simEventSystem().takeDelivered();
@@ -40,6 +43,7 @@ UiHarness::~UiHarness() {
     EventTapManager::installShared(nullptr);
     MappingStore::installShared(nullptr);
     UserDefaults::installShared(nullptr);
+    LoginItem::installShared(nullptr);
 }
 
 QQuickView* UiHarness::show(const QString& file, QSize size) {

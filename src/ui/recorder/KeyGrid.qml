@@ -1,0 +1,46 @@
+// A vertically scrolling grid of key cells at least 90 wide, as many per row as fit, 8 between rows.
+import QtQuick
+import QtQuick.Controls
+
+Item {
+    id: root
+    property alias model: grid.model
+    signal keyClicked(int keyCode)
+
+    GridView {
+        id: grid
+        objectName: "keyGridView"
+        anchors { left: parent.left; top: parent.top; bottom: parent.bottom; right: scrollBar.left }
+        readonly property int columns: Math.max(1, Math.floor(width / 90))
+        cellWidth: width / columns
+        cellHeight: 58
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        ScrollBar.vertical: scrollBar
+
+        delegate: Item {
+            id: cell
+            required property int keyCode
+            required property string symbol
+            required property string displayName
+            required property bool showsDisplayName
+            width: grid.cellWidth
+            height: grid.cellHeight
+
+            KeyButton {
+                objectName: "keyButton_" + cell.displayName
+                anchors.horizontalCenter: parent.horizontalCenter
+                symbol: cell.symbol
+                displayName: cell.displayName
+                showsDisplayName: cell.showsDisplayName
+                onClicked: root.keyClicked(cell.keyCode)
+            }
+        }
+    }
+
+    ScrollBar {
+        id: scrollBar
+        anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+        policy: ScrollBar.AsNeeded
+    }
+}

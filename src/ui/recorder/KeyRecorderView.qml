@@ -1,0 +1,82 @@
+// A key recorder field: the chosen key as glyphs, and buttons to clear it, pick it from the
+// catalogue or record it from the keyboard. Leaving the screen ends a recording under way.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Orvane 1.0
+
+Item {
+    id: root
+    property KeyRecorderField field
+
+    readonly property bool recording: field !== null && field.isRecording
+
+    implicitWidth: row.implicitWidth + 16
+    implicitHeight: row.implicitHeight + 16
+
+    onVisibleChanged: if (!visible && field) field.stopRecording()
+    Component.onDestruction: if (field) field.stopRecording()
+
+    Rectangle {
+        objectName: "recorderFrame"
+        anchors.fill: parent
+        radius: 6
+        color: root.recording ? Qt.rgba(palette.highlight.r, palette.highlight.g, palette.highlight.b, 0.1) : "transparent"
+        border.width: root.recording ? 2 : 1
+        border.color: root.recording ? palette.highlight : Qt.rgba(0.5, 0.5, 0.5, 0.3)
+    }
+
+    RowLayout {
+        id: row
+        anchors.fill: parent
+        anchors.margins: 8
+
+        Label {
+            objectName: "recorderText"
+            Layout.fillWidth: true
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideRight
+            text: root.field ? root.field.text : ""
+            color: root.field && (root.field.hasKey || root.field.isRecording) ? palette.text : palette.placeholderText
+        }
+        Button {
+            objectName: "clearButton"
+            visible: root.field !== null && root.field.hasKey
+            flat: true
+            text: qsTr("Clear")
+            onClicked: root.field.clear()
+        }
+        Button {
+            id: pickButton
+            objectName: "pickButton"
+            text: qsTr("Pick...")
+            onClicked: pickerPopup.open()
+
+            Popup {
+                id: pickerPopup
+                objectName: "pickerPopup"
+                // Below the field's frame, right edge under the button, kept inside the window.
+                y: pickButton.height + 12
+                x: Math.max(pickButton.width - width, 8 - pickButton.mapToItem(null, 0, 0).x)
+                margins: 8
+                padding: 12
+                focus: true
+                closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
+
+                // Built afresh at each opening, so the picker starts on its first tab with no search.
+                contentItem: Loader {
+                    active: pickerPopup.visible
+                    sourceComponent: KeyPickerView {
+                        field: root.field
+                        onPicked: pickerPopup.close()
+                    }
+                }
+            }
+        }
+        Button {
+            objectName: "recordButton"
+            text: root.recording ? qsTr("Cancel") : qsTr("Record")
+            onClicked: root.field.toggleRecording()
+        }
+    }
+}

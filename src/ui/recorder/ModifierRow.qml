@@ -1,0 +1,46 @@
+// The picker's modifier checkboxes, in the order ⌃ ⌥ ⇧ ⌘.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Orvane 1.0
+
+RowLayout {
+    id: root
+    property KeyPickerModel picker
+
+    spacing: 16
+
+    Label {
+        text: qsTr("Modifiers:")
+        font.pixelSize: 12
+        color: palette.placeholderText
+    }
+    CheckBox {
+        objectName: "modControl"
+        text: "⌃"
+        font.pixelSize: 12
+        checked: root.picker.modControl
+        onToggled: root.picker.modControl = checked
+    }
+    CheckBox {
+        objectName: "modOption"
+        text: "⌥"
+        font.pixelSize: 12
+        checked: root.picker.modOption
+        onToggled: root.picker.modOption = checked
+    }
+    CheckBox {
+        objectName: "modShift"
+        text: "⇧"
+        font.pixelSize: 12
+        checked: root.picker.modShift
+        onToggled: root.picker.modShift = checked
+    }
+    CheckBox {
+        objectName: "modCommand"
+        text: "⌘"
+        font.pixelSize: 12
+        checked: root.picker.modCommand
+        onToggled: root.picker.modCommand = checked
+    }
+}

@@ -1,0 +1,60 @@
+#include "ui/settings/SettingsController.h"
+
+#include "app/AppDelegate.h"
+#include "platform/Diagnostics.h"
+#include "platform/LoginItem.h"
+#include "store/UserDefaults.h"
+#include "ui/settings/AppVersion.h"
+
+#include <QCoreApplication>
+
+namespace orvane {
+
+SettingsController::SettingsController(QObject* parent)
+    : SettingsController(UserDefaults::shared(), LoginItem::shared(), parent) {}
+
+SettingsController::SettingsController(UserDefaults& defaults, LoginItem& loginItem, QObject* parent)
+    : QObject(parent), defaults_(defaults), loginItem_(loginItem), shownMenuIcon_(showMenuIcon()) {
+    // The menu-bar icon can also change elsewhere (another window, another panel).
+    connect(&defaults_, &UserDefaults::changed, this, [this] {
+        if (showMenuIcon() == shownMenuIcon_) return;
+        shownMenuIcon_ = showMenuIcon();
+        emit showMenuIconChanged();
+    });
+}
+
+bool SettingsController::loginItemEnabled() const { return loginItem_.status() == LoginItem::Status::enabled; }
+
+void SettingsController::setLaunchAtLogin(bool launch) {
+    if (launch == launchAtLogin_) return;
+    launchAtLogin_ = launch;
+    emit launchAtLoginChanged();
+
+    const auto error = launch ? loginItem_.registerItem() : loginItem_.unregisterItem();
+    if (!error) return;
+    diagnostics::printLine("Failed to update launch at login: " + error->toStdString());
+    setLaunchAtLogin(loginItemEnabled());
+}
+
+void SettingsController::refresh() { setLaunchAtLogin(loginItemEnabled()); }
+
+bool SettingsController::showMenuIcon() const { return defaults_.boolValue(QLatin1String(showMenuIconKey), true); }
+
+void SettingsController::setShowMenuIcon(bool show) {
+    if (show == showMenuIcon()) return;
+    defaults_.setBool(QLatin1String(showMenuIconKey), show);
+    // Notifies even when the write failed, so that the checkbox shows the stored value again.
+    shownMenuIcon_ = showMenuIcon();
+    emit showMenuIconChanged();
+    if (AppDelegate* delegate = AppDelegate::current()) delegate->updateMenuIconVisibility();
+}
+
+QString SettingsController::versionString() const { return applicationVersionString(); }
+
+void SettingsController::openDebug() {
+    if (AppDelegate* delegate = AppDelegate::current()) delegate->openDebug();
+}
+
+void SettingsController::quit() { QCoreApplication::quit(); }
+
+}  // namespace orvane

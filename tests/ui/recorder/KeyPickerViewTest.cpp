@@ -1,0 +1,90 @@
+// The key picker in its popover: tabs, search, the modifier row and picking into the field.
+#include "RecorderTestSupport.h"
+
+#include <QTest>
+
+using namespace orvane;
+using namespace orvane::testing;
+
+namespace {
+
+class PickerViewTest : public RecorderViewTest {
+protected:
+    void openPicker() {
+        ui.click(ui.find("pickButton"));
+        ASSERT_TRUE(isShown("searchField"));
+    }
+    int cellCount() { return read("keyGridView", "count").toInt(); }
+    void search(const char* text) {
+        ui.click(ui.find("searchField"));
+        for (const char* c = text; *c; ++c) QTest::keyClick(ui.view(), *c);
+        ui.settle();
+    }
+};
+
+}  // namespace
+
+TEST_F(PickerViewTest, tabsShowTheirKeysAndASearchReplacesThem) {
+    showField(true);
+    openPicker();
+    EXPECT_EQ(cellCount(), 26);
+
+    ui.click(ui.find("categoryTab_Media & System"));
+    EXPECT_EQ(cellCount(), 5);
+    for (const char* name : {"Globe", "Launchpad", "Dictation", "Do Not Disturb", "Mission Control"})
+        EXPECT_TRUE(ui.find(QStringLiteral("keyButton_") + QLatin1String(name))) << name;
+    ui.screenshot(QStringLiteral("picker-category"));
+
+    search("page");
+    EXPECT_FALSE(isShown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 2);
+    EXPECT_TRUE(ui.find("keyButton_Page Down"));
+    ui.screenshot(QStringLiteral("picker-search"));
+}
+
+TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
+    showField(true);
+    field->toggleRecording();
+    openPicker();
+    ASSERT_TRUE(isShown("modifierRow"));
+    ui.click(ui.find("modCommand"));
+    ui.click(ui.find("modShift"));
+
+    ui.click(ui.find("keyButton_A"));
+
+    EXPECT_FALSE(isShown("searchField"));
+    ASSERT_TRUE(field->recordedKey());
+    EXPECT_EQ(*field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
+    EXPECT_TRUE(field->isRecording());
+}
+
+TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
+    showField(false);
+    openPicker();
+    EXPECT_FALSE(isShown("modifierRow"));
+    EXPECT_FALSE(isShown("modifierDivider"));
+    ui.click(ui.find("categoryTab_Modifiers"));
+
+    ui.click(ui.find("keyButton_Right Option"));
+
+    ASSERT_TRUE(field->recordedKey());
+    EXPECT_EQ(*field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::rightOption), {}}));
+}
+
+TEST_F(PickerViewTest, eachOpeningStartsAfreshAndEscapeWritesNothing) {
+    showField(true);
+    openPicker();
+    ui.click(ui.find("categoryTab_Numpad"));
+    ui.click(ui.find("modOption"));
+    search("page");
+
+    ui.key(Qt::Key_Escape);
+    ASSERT_FALSE(isShown("searchField"));
+    EXPECT_FALSE(field->hasKey());
+
+    openPicker();
+    EXPECT_EQ(read("searchField", "text").toString(), QString());
+    EXPECT_TRUE(isShown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 26);
+    EXPECT_FALSE(read("modOption", "checked").toBool());
+}

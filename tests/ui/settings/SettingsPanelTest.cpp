@@ -1,0 +1,142 @@
+// The settings panel over a simulated login item and the real delegate (not launched) over fakes.
+#include "AppFakes.h"
+#include "UiHarness.h"
+#include "app/AppDelegate.h"
+#include "app/UpdateChecker.h"
+#include "platform/Diagnostics.h"
+#include "platform/linux/LocalSocketInstanceChannel.h"
+#include "platform/sim/SimLoginItem.h"
+#include "ui/UiTypes.h"
+#include "ui/settings/AppVersion.h"
+
+#include <gtest/gtest.h>
+
+#include <QUuid>
+
+using namespace orvane;
+using namespace orvane::testing;
+
+namespace {
+
+struct DelegateUnderTest {
+    explicit DelegateUnderTest(UiHarness& ui)
+        : updates(ui.defaults(), nullptr, [] { return 0.0; }, QUrl("http://127.0.0.1:1/version.json"), "1.0", "1", alerts, urls),
+          channel(QStringLiteral("orvane-settings-test-") + QUuid::createUuid().toString(QUuid::Id128)),
+          windows(ui.defaults(), [](QQmlEngine& engine) { orvane::ui::prepareEngine(engine); }),
+          delegate(AppServices{ui.defaults(), ui.store(), ui.manager(), updates, accessibility, alerts, urls, statusBar, channel,
+                               windows, [] {}}) {}
+    ~DelegateUnderTest() { delegate.closeWindows(); }
+
+    ScriptedAlertPresenter alerts;
+    RecordingUrlOpener urls;
+    UpdateChecker updates;
+    SimAccessibility accessibility;
+    FakeStatusBar statusBar;
+    LocalSocketInstanceChannel channel;
+    WindowHost windows;
+    AppDelegate delegate;
+};
+
+// Runs a function when the panel asks to be dismissed.
+class DismissalProbe : public QObject {
+    Q_OBJECT
+public:
+    explicit DismissalProbe(std::function<void()> onDismiss) : onDismiss_(std::move(onDismiss)) {}
+public slots:
+    void dismissed() { onDismiss_(); }
+
+private:
+    std::function<void()> onDismiss_;
+};
+
+class SettingsPanelTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+    SimLoginItem* loginItem = nullptr;
+    std::vector<std::string> lines;
+
+    void SetUp() override {
+        auto item = std::make_unique<SimLoginItem>();
+        loginItem = item.get();
+        LoginItem::installShared(std::move(item));
+        diagnostics::redirectTo(&lines);
+    }
+    void TearDown() override {
+        diagnostics::redirectTo(nullptr);
+        LoginItem::installShared(nullptr);
+    }
+    QQuickItem* showPanel() {
+        QQuickView* view = ui.show(QStringLiteral("SettingsPanel.qml"), QSize(250, 330));
+        return view ? view->rootObject() : nullptr;
+    }
+    bool isChecked(const char* objectName) { return ui.find(QString::fromLatin1(objectName))->property("checked").toBool(); }
+};
+
+}  // namespace
+
+TEST_F(SettingsPanelTest, launchAtLoginMirrorsTheSystemAtEachOpeningAndChangesIt) {
+    loginItem->setStatus(LoginItem::Status::enabled);  // registered outside the application
+    QQuickItem* panel = showPanel();
+    ASSERT_TRUE(panel);
+    EXPECT_TRUE(isChecked("launchAtLoginCheckBox"));
+    EXPECT_TRUE(isChecked("showMenuIconCheckBox"));  // no stored setting: the icon shows
+    EXPECT_EQ(ui.find("versionLabel")->property("text").toString(), QStringLiteral("Version ") + applicationVersionString());
+    ui.screenshot(QStringLiteral("settings-panel"));
+
+    ui.click(ui.find("launchAtLoginCheckBox"));
+    EXPECT_EQ(loginItem->status(), LoginItem::Status::notRegistered);
+
+    loginItem->setStatus(LoginItem::Status::enabled);
+    panel->setVisible(false);
+    panel->setVisible(true);
+    ui.settle();
+    EXPECT_TRUE(isChecked("launchAtLoginCheckBox"));
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(SettingsPanelTest, aRefusedRegistrationIsPrintedAndTheCheckboxShowsTheSystemsState) {
+    loginItem->setFailure(QStringLiteral("Operation not permitted"));
+    ASSERT_TRUE(showPanel());
+
+    ui.click(ui.find("launchAtLoginCheckBox"));
+
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.front(), "Failed to update launch at login: Operation not permitted");
+    EXPECT_FALSE(isChecked("launchAtLoginCheckBox"));
+}
+
+TEST_F(SettingsPanelTest, showMenuIconIsStoredAtOnceAndTheStatusItemFollows) {
+    DelegateUnderTest app(ui);
+    app.delegate.updateMenuIconVisibility();
+    ASSERT_TRUE(showPanel());
+
+    ui.click(ui.find("showMenuIconCheckBox"));
+    EXPECT_FALSE(ui.defaults().boolValue(AppDelegate::showMenuIconKey, true));
+    EXPECT_FALSE(app.statusBar.current());
+
+    ui.click(ui.find("showMenuIconCheckBox"));
+    EXPECT_TRUE(ui.defaults().boolValue(AppDelegate::showMenuIconKey, false));
+    EXPECT_TRUE(app.statusBar.current());
+}
+
+TEST_F(SettingsPanelTest, openingTheDebuggerClosesThePanelFirst) {
+    DelegateUnderTest app(ui);
+    QQuickItem* panel = showPanel();
+    ASSERT_TRUE(panel);
+    std::vector<bool> debuggerShownAtDismissal;
+    DismissalProbe probe([&] { debuggerShownAtDismissal.push_back(app.delegate.debugWindow() != nullptr); });
+    QObject::connect(panel, SIGNAL(dismissRequested()), &probe, SLOT(dismissed()));
+
+    ui.click(ui.find("openDebuggerButton"));
+
+    EXPECT_EQ(debuggerShownAtDismissal, std::vector<bool>{false});
+    EXPECT_TRUE(app.delegate.debugWindow());
+}
+
+TEST(AppVersion, namesShortVersionAndBuildWithTheirFallbacks) {
+    EXPECT_EQ(versionString("2.3", "41"), QStringLiteral("2.3 (41)"));
+    EXPECT_EQ(versionString("", ""), QStringLiteral("1.0 (1)"));
+    EXPECT_EQ(applicationVersionString(), QStringLiteral(ORVANE_TEST_PROJECT_VERSION " (" ORVANE_TEST_BUILD_NUMBER ")"));
+}
+
+#include "SettingsPanelTest.moc"
