@@ -1,0 +1,98 @@
+// The add/edit mapping sheet: record a source key, choose Block or Remap, record the target.
+// Escape cancels; Return runs the primary button while it is enabled.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Orvane 1.0
+
+Popup {
+    id: sheet
+    // Set by the list window while the sheet is shown; it goes null just before the sheet goes.
+    required property AddMappingController controller
+
+    parent: Overlay.overlay
+    anchors.centerIn: parent
+    width: 400
+    height: 300
+    modal: true
+    focus: true
+    padding: Theme.padding
+    closePolicy: Popup.CloseOnEscape
+    onClosed: if (controller) controller.cancel()
+    background: SheetBackground {}
+
+    contentItem: ColumnLayout {
+        objectName: "mappingSheet"
+        spacing: 20
+        focus: true
+        Keys.onReturnPressed: if (primaryButton.enabled) sheet.controller.save()
+        Keys.onEnterPressed: if (primaryButton.enabled) sheet.controller.save()
+
+        Label {
+            objectName: "sheetTitle"
+            text: sheet.controller?.title ?? ""
+            font: Theme.headline
+        }
+        ColumnLayout {
+            spacing: 8
+            Label {
+                text: qsTr("Source Key")
+                font: Theme.subheadline
+                color: palette.placeholderText
+            }
+            KeyRecorderView {
+                objectName: "sourceRecorder"
+                Layout.fillWidth: true
+                field: sheet.controller?.sourceField ?? null
+            }
+        }
+        ColumnLayout {
+            spacing: 8
+            Label {
+                text: qsTr("Target Action")
+                font: Theme.subheadline
+                color: palette.placeholderText
+            }
+            SegmentedControl {
+                objectName: "targetTypeControl"
+                titles: sheet.controller?.targetTypeTitles ?? []
+                currentIndex: sheet.controller?.targetType ?? AddMappingController.Remap
+                onActivated: (index) => sheet.controller.targetType = index
+                Accessible.name: qsTr("Action")
+            }
+            Label {
+                objectName: "blockCaption"
+                Layout.topMargin: 4
+                visible: sheet.controller?.targetType === AddMappingController.Block
+                text: qsTr("The source key will be completely disabled.")
+                font: Theme.caption
+                color: palette.placeholderText
+            }
+            KeyRecorderView {
+                objectName: "targetRecorder"
+                Layout.fillWidth: true
+                visible: sheet.controller?.targetType === AddMappingController.Remap
+                field: sheet.controller?.targetField ?? null
+            }
+        }
+        // Takes the free height and keeps its buttons at the bottom.
+        RowLayout {
+            Layout.fillHeight: true
+            Item { Layout.fillWidth: true }
+            Button {
+                objectName: "cancelButton"
+                Layout.alignment: Qt.AlignBottom
+                text: qsTr("Cancel")
+                onClicked: sheet.controller.cancel()
+            }
+            ProminentButton {
+                id: primaryButton
+                objectName: "primaryButton"
+                Layout.alignment: Qt.AlignBottom
+                text: sheet.controller?.primaryTitle ?? ""
+                enabled: sheet.controller?.canSave ?? false
+                onClicked: sheet.controller.save()
+            }
+        }
+    }
+}

@@ -1,0 +1,212 @@
+#include "ui/mappings/MappingListModel.h"
+
+#include "interception/EventTapManager.h"
+#include "store/MappingStore.h"
+#include "ui/mappings/RemapMethod.h"
+
+#include <algorithm>
+#include <utility>
+#include <set>
+
+namespace orvane {
+namespace {
+
+QString idText(const Uuid& id) { return QString::fromStdString(id.toString()); }
+
+// One keycap per set modifier in the order ⌃ ⌥ ⇧ ⌘, then the key.
+QStringList targetKeycaps(const TargetAction& action) {
+    QStringList caps;
+    if (action.kind() == TargetAction::Kind::block) return caps;
+    for (char32_t glyph : QString::fromStdString(action.modifiers().modifierSymbols()).toUcs4())
+        caps.append(QString::fromUcs4(&glyph, 1));
+    caps.append(QString::fromUtf8(symbol(action.keyCode()).data(), static_cast<qsizetype>(symbol(action.keyCode()).size())));
+    return caps;
+}
+
+MappingListModel::TargetKind targetKind(const TargetAction& action) {
+    switch (action.kind()) {
+    case TargetAction::Kind::block:
+        return MappingListModel::Block;
+    case TargetAction::Kind::key:
+        return MappingListModel::Key;
+    case TargetAction::Kind::combination:
+        break;
+    }
+    return MappingListModel::Combination;
+}
+
+}  // namespace
+
+MappingListModel::MappingListModel(MappingStore& store, EventSystem& events, EventTapManager& manager, QObject* parent)
+    : QAbstractListModel(parent), store_(store), events_(events), manager_(manager), rows_(store.mappings()) {
+    connect(&store_, &MappingStore::mappingsChanged, this, &MappingListModel::storeChanged);
+    connect(&store_, &MappingStore::isCapsLockDirectHIDChanged, this, &MappingListModel::capsLockMethodChanged);
+}
+
+MappingListModel::MappingListModel(QObject* parent)
+    : MappingListModel(MappingStore::shared(), EventSystem::shared(), EventTapManager::shared(), parent) {}
+
+int MappingListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : count(); }
+
+QVariant MappingListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) return {};
+    const KeyMapping& mapping = rows_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case MappingIdRole:
+        return idText(mapping.id);
+    case SourceTextRole:
+        return QString::fromStdString(mapping.sourceKey.symbol());
+    case IsEnabledRole:
+        return mapping.isEnabled;
+    case BadgeTextRole:
+        return methodBadge(remapMethod(mapping.sourceKey, store_.isCapsLockDirectHID())).text;
+    case BadgeColorRole:
+        return methodBadge(remapMethod(mapping.sourceKey, store_.isCapsLockDirectHID())).colorName;
+    case BadgeTooltipRole:
+        return methodBadge(remapMethod(mapping.sourceKey, store_.isCapsLockDirectHID())).tooltip;
+    case TargetKindRole:
+        return targetKind(mapping.targetAction);
+    case TargetKeycapsRole:
+        return targetKeycaps(mapping.targetAction);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> MappingListModel::roleNames() const {
+    return {
+        {MappingIdRole, "mappingId"},       {SourceTextRole, "sourceText"},     {IsEnabledRole, "isEnabled"},
+        {BadgeTextRole, "badgeText"},       {BadgeColorRole, "badgeColor"},     {BadgeTooltipRole, "badgeTooltip"},
+        {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"},
+    };
+}
+
+QString MappingListModel::activeSummary() const {
+    const auto active = std::count_if(rows_.begin(), rows_.end(), [](const KeyMapping& m) { return m.isEnabled; });
+    return QStringLiteral("%1 of %2 active").arg(active).arg(rows_.size());
+}
+
+int MappingListModel::selectedRow() const {
+    if (!selectedId_) return -1;
+    const auto it = std::find_if(rows_.begin(), rows_.end(), [&](const KeyMapping& m) { return m.id == *selectedId_; });
+    return it == rows_.end() ? -1 : static_cast<int>(it - rows_.begin());
+}
+
+void MappingListModel::setSelectedRow(int row) {
+    if (row >= 0 && row < count()) selectedId_ = rows_[static_cast<std::size_t>(row)].id;
+    else selectedId_.reset();
+    notifySelection();
+}
+
+void MappingListModel::notifySelection() {
+    const int row = selectedRow();
+    if (row < 0) selectedId_.reset();
+    if (row == notifiedSelectedRow_) return;
+    notifiedSelectedRow_ = row;
+    emit selectedRowChanged();
+}
+
+std::optional<std::size_t> MappingListModel::rowOf(const QString& mappingId) const {
+    const auto id = Uuid::parse(mappingId.toStdString());
+    if (!id) return std::nullopt;
+    const auto it = std::find_if(rows_.begin(), rows_.end(), [&](const KeyMapping& m) { return m.id == *id; });
+    if (it == rows_.end()) return std::nullopt;
+    return static_cast<std::size_t>(it - rows_.begin());
+}
+
+void MappingListModel::toggle(const QString& mappingId) {
+    if (const auto row = rowOf(mappingId)) store_.toggleMapping(rows_[*row].id);
+}
+
+void MappingListModel::deleteMapping(const QString& mappingId) {
+    if (const auto row = rowOf(mappingId)) store_.deleteMapping(rows_[*row].id);
+}
+
+void MappingListModel::openEditing(const QString& mappingId) {
+    if (const auto row = rowOf(mappingId)) openEditor(rows_[*row]);
+}
+
+void MappingListModel::openNewMapping() { openEditor(std::nullopt); }
+
+void MappingListModel::openEditor(std::optional<KeyMapping> existing) {
+    closeEditor();
+    editor_ = new AddMappingController(store_, events_, manager_, std::move(existing), this);
+    connect(editor_, &AddMappingController::dismissed, this, &MappingListModel::closeEditor);
+    emit editorChanged();
+}
+
+// The sheet may still be running the controller's own save() or cancel(): delete it later.
+void MappingListModel::closeEditor() {
+    if (!editor_) return;
+    AddMappingController* closing = std::exchange(editor_, nullptr);
+    closing->disconnect(this);
+    closing->deleteLater();
+    emit editorChanged();
+}
+
+void MappingListModel::removeAt(const QList<int>& positions) {
+    std::set<std::size_t> rows;
+    for (int position : positions)
+        if (position >= 0 && position < count()) rows.insert(static_cast<std::size_t>(position));
+    if (!rows.empty()) store_.removeMappings(rows);
+}
+
+void MappingListModel::removeSelected() {
+    if (const int row = selectedRow(); row >= 0) removeAt({row});
+}
+
+void MappingListModel::editSelected() {
+    if (const int row = selectedRow(); row >= 0) openEditor(rows_[static_cast<std::size_t>(row)]);
+}
+
+void MappingListModel::move(const QList<int>& positions, int destination) {
+    if (destination < 0 || destination > count()) return;
+    std::set<std::size_t> rows;
+    for (int position : positions)
+        if (position >= 0 && position < count()) rows.insert(static_cast<std::size_t>(position));
+    if (rows.empty()) return;
+    // The order stays when the dragged rows already form one block that touches the destination.
+    const std::size_t first = *rows.begin();
+    const std::size_t last = *rows.rbegin();
+    const bool contiguous = last - first + 1 == rows.size();
+    const auto dest = static_cast<std::size_t>(destination);
+    if (contiguous && dest >= first && dest <= last + 1) return;
+    store_.moveMappings(rows, dest);
+}
+
+// Positions count in the list before the move: going down, the row must land after the one it passes.
+int MappingListModel::destinationFor(int row, int steps) const {
+    const int destination = steps > 0 ? row + steps + 1 : row + steps;
+    return std::clamp(destination, 0, count());
+}
+
+void MappingListModel::storeChanged() {
+    const auto& next = store_.mappings();
+    const bool sameIds = next.size() == rows_.size() &&
+                         std::equal(next.begin(), next.end(), rows_.begin(),
+                                    [](const KeyMapping& a, const KeyMapping& b) { return a.id == b.id; });
+    if (sameIds) {
+        for (std::size_t i = 0; i < next.size(); ++i) {
+            if (next[i] == rows_[i]) continue;
+            rows_[i] = next[i];
+            const QModelIndex changed = index(static_cast<int>(i));
+            emit dataChanged(changed, changed);
+        }
+    } else {
+        beginResetModel();
+        rows_ = next;
+        endResetModel();
+    }
+    emit countsChanged();
+    notifySelection();
+}
+
+void MappingListModel::capsLockMethodChanged() {
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        if (rows_[i].sourceKey != SourceKey::regular(KeyCode::capsLock)) continue;
+        const QModelIndex changed = index(static_cast<int>(i));
+        emit dataChanged(changed, changed, {BadgeTextRole, BadgeColorRole, BadgeTooltipRole});
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,57 @@
+// The configuration window's content: header with the interception switch, the mapping list (or
+// the empty state), and the footer with settings and the active count. Hosted in a 500×400
+// window no smaller than minimumWidth × minimumHeight.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Orvane 1.0
+
+Pane {
+    id: root
+    readonly property int minimumWidth: 450
+    readonly property int minimumHeight: 300
+
+    implicitWidth: 500
+    implicitHeight: 400
+    padding: 0
+
+    MappingListModel { id: mappings }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+        MappingListHeader {
+            Layout.fillWidth: true
+            onAddRequested: mappings.openNewMapping()
+        }
+        MenuSeparator { Layout.fillWidth: true; padding: 0 }
+        EmptyMappingsView {
+            objectName: "emptyState"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: mappings.isEmpty
+            onAddRequested: mappings.openNewMapping()
+        }
+        MappingList {
+            objectName: "mappingList"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: !mappings.isEmpty
+            mappings: mappings
+        }
+        MenuSeparator { Layout.fillWidth: true; padding: 0 }
+        MappingListFooter {
+            Layout.fillWidth: true
+            summary: mappings.activeSummary
+        }
+    }
+
+    // One sheet at a time, for as long as the model holds its state.
+    Loader {
+        active: mappings.editor !== null
+        sourceComponent: AddMappingView {
+            controller: mappings.editor
+            Component.onCompleted: open()
+        }
+    }
+}

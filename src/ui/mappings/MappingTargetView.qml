@@ -1,0 +1,51 @@
+// The right-hand side of a mapping row: the target's keycaps, or the block sign.
+import QtQuick
+import Orvane 1.0
+
+Item {
+    id: root
+    property int targetKind
+    property var keycaps: []
+    property bool isEnabled: true
+    property bool onAccent: false   // drawn on the accent colour of a selected row
+
+    implicitWidth: targetKind === MappingListModel.Block ? block.implicitWidth : keys.implicitWidth
+    implicitHeight: Math.max(block.implicitHeight, keys.implicitHeight)
+
+    Row {
+        id: keys
+        objectName: "targetKeycaps"
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+        visible: root.targetKind !== MappingListModel.Block
+        Repeater {
+            model: root.keycaps
+            KeycapView {
+                required property string modelData
+                text: modelData
+                isEnabled: root.isEnabled
+            }
+        }
+    }
+    Row {
+        id: block
+        objectName: "blockTarget"
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 4
+        visible: root.targetKind === MappingListModel.Block
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            name: "nosign"
+            size: 14
+            color: root.onAccent ? palette.highlightedText : root.isEnabled ? Theme.red : palette.placeholderText
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: qsTr("Block")
+            font.pointSize: 11
+            font.weight: Font.Medium
+            color: root.onAccent ? palette.highlightedText : palette.placeholderText
+            opacity: root.isEnabled ? 1 : 0.7
+        }
+    }
+}

@@ -1,0 +1,130 @@
+// The add/edit sheet's state: how an edit starts, when it may save, and what saving hands the store.
+#include "MappingsTestSupport.h"
+#include "ui/mappings/AddMappingController.h"
+
+
+#include <QSignalSpy>
+
+using namespace orvane;
+using namespace orvane::testing;
+
+namespace {
+
+RecordedKey recorded(KeyCode key, Modifiers modifiers = {}) { return {SourceKey::regular(key), modifiers}; }
+const RecordedKey mute{SourceKey::system(SystemKeyID::mute), {}};
+
+}  // namespace
+
+class AddMappingControllerTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+
+    std::unique_ptr<AddMappingController> sheet(std::optional<KeyMapping> existing = std::nullopt) {
+        return std::make_unique<AddMappingController>(ui.store(), ui.events(), ui.manager(), std::move(existing));
+    }
+};
+
+TEST_F(AddMappingControllerTest, anEditSheetStartsFromEachKindOfMapping) {
+    const Modifiers shiftCommand{.command = true, .shift = true};
+    struct Case {
+        KeyMapping mapping;
+        AddMappingController::TargetType type;
+        std::optional<RecordedKey> target;
+    };
+    const Case cases[] = {
+        {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), AddMappingController::Remap, recorded(KeyCode::escape)},
+        {mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, shiftCommand)), AddMappingController::Remap,
+         recorded(KeyCode::k, shiftCommand)},
+        {mapping(SourceKey::system(SystemKeyID::mute), TargetAction::block(), false), AddMappingController::Block, std::nullopt},
+    };
+    for (const Case& t : cases) {
+        auto s = sheet(t.mapping);
+        EXPECT_EQ(s->title(), "Edit Mapping");
+        EXPECT_EQ(s->primaryTitle(), "Save Changes");
+        EXPECT_EQ(s->sourceField()->recordedKey(), (RecordedKey{t.mapping.sourceKey, {}}));
+        EXPECT_EQ(s->targetType(), t.type);
+        EXPECT_EQ(s->targetField()->recordedKey(), t.target);
+        EXPECT_TRUE(s->canSave());
+    }
+}
+
+TEST_F(AddMappingControllerTest, remapNeedsATargetAndBlockDoesNotWhileTheTargetIsKept) {
+    auto s = sheet();
+    QSignalSpy canSave(s.get(), &AddMappingController::canSaveChanged);
+    s->sourceField()->setRecordedKey(recorded(KeyCode::a));
+    EXPECT_FALSE(s->canSave());
+    s->setTargetType(AddMappingController::Block);
+    EXPECT_TRUE(s->canSave());
+    s->setTargetType(AddMappingController::Remap);
+    s->targetField()->setRecordedKey(recorded(KeyCode::b));
+    EXPECT_TRUE(s->canSave());
+    s->setTargetType(AddMappingController::Block);
+    s->setTargetType(AddMappingController::Remap);
+    EXPECT_EQ(s->targetField()->recordedKey(), recorded(KeyCode::b));
+    s->sourceField()->clear();
+    EXPECT_FALSE(s->canSave());
+    EXPECT_EQ(canSave.count(), 4);
+}
+
+TEST_F(AddMappingControllerTest, savingANewMappingAppendsItEnabledWithTheRightAction) {
+    const Modifiers option{.option = true};
+    struct Case {
+        AddMappingController::TargetType type;
+        RecordedKey target;
+        TargetAction expected;
+    };
+    const Case cases[] = {
+        {AddMappingController::Remap, recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
+        {AddMappingController::Remap, recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)},
+        {AddMappingController::Block, recorded(KeyCode::b), TargetAction::block()},
+    };
+    for (const Case& t : cases) {
+        const auto existing = mapping(KeyCode::c, TargetAction::block());
+        ui.store().setMappings({existing});
+        auto s = sheet();
+        // Only the source's key counts, even if the field was handed modifiers.
+        s->sourceField()->setRecordedKey(recorded(KeyCode::a, option));
+        s->targetField()->setRecordedKey(t.target);
+        s->setTargetType(t.type);
+        s->save();
+        const auto& list = ui.store().mappings();
+        ASSERT_EQ(list.size(), 2u);
+        EXPECT_EQ(list[0], existing);
+        EXPECT_EQ(list[1].sourceKey, SourceKey::regular(KeyCode::a));
+        EXPECT_EQ(list[1].targetAction, t.expected);
+        EXPECT_TRUE(list[1].isEnabled);
+        EXPECT_NE(list[1].id, existing.id);
+    }
+}
+
+TEST_F(AddMappingControllerTest, editingKeepsIdPositionAndEnabledState) {
+    const auto before = mapping(KeyCode::a, TargetAction::block());
+    const auto edited = mapping(KeyCode::b, TargetAction::combination(KeyCode::k, {.command = true}), false);
+    const auto after = mapping(KeyCode::c, TargetAction::block());
+    ui.store().setMappings({before, edited, after});
+    auto s = sheet(edited);
+    s->sourceField()->setRecordedKey(recorded(KeyCode::d));
+    s->setTargetType(AddMappingController::Block);
+    s->save();
+    KeyMapping expected = edited;
+    expected.sourceKey = SourceKey::regular(KeyCode::d);
+    expected.targetAction = TargetAction::block();
+    EXPECT_EQ(ui.store().mappings(), (std::vector<KeyMapping>{before, expected, after}));
+}
+
+TEST_F(AddMappingControllerTest, aMediaKeyTargetSavesNothingButTheSheetStillCloses) {
+    const auto existing = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
+    ui.store().setMappings({existing});
+    QSignalSpy storeChanges(&ui.store(), &MappingStore::mappingsChanged);
+    auto added = sheet();
+    added->sourceField()->setRecordedKey(recorded(KeyCode::c));
+    added->targetField()->setRecordedKey(mute);
+    EXPECT_TRUE(added->canSave());
+    QSignalSpy dismissed(added.get(), &AddMappingController::dismissed);
+    added->save();
+    EXPECT_EQ(dismissed.count(), 1);
+    auto edited = sheet(existing);
+    edited->targetField()->setRecordedKey(mute);
+    EXPECT_FALSE(edited->saveMapping());
+    EXPECT_EQ(storeChanges.count(), 0);
+}
