@@ -36,7 +36,7 @@ sleep 2
 mkdir -p "$work/config/user.com"
 # A check done a moment ago: no update request from here.
 printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane.conf"
-XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true ASAN_OPTIONS=detect_leaks=0 \
+QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true ASAN_OPTIONS=detect_leaks=0 \
   "$binary" >"$work/out.txt" 2>&1 & pids+=($!)
 
 # The status item is the application's small window inside the panel's tray.

@@ -50,21 +50,29 @@ Item {
             id: pickButton
             objectName: "pickButton"
             text: qsTr("Pick...")
-            onClicked: pickerPopup.open()
+            onClicked: pickerPopup.openBelowAnchor()
 
-            Popup {
+            // A popover of its own: the picker is wider than the sheet that holds the field.
+            PopoverWindow {
                 id: pickerPopup
                 objectName: "pickerPopup"
-                // Below the field's frame, right edge under the button, kept inside the window.
-                y: pickButton.height + 12
-                x: Math.max(pickButton.width - width, 8 - pickButton.mapToItem(null, 0, 0).x)
-                margins: 8
-                padding: 12
-                focus: true
-                closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
+                anchorItem: root
+                width: pickerLoader.implicitWidth + 24
+                height: pickerLoader.implicitHeight + 24
+                color: systemPalette.window
 
+                SystemPalette { id: systemPalette }
+                Rectangle {
+                    anchors.fill: parent
+                    color: "transparent"
+                    border.color: systemPalette.mid
+                }
                 // Built afresh at each opening, so the picker starts on its first tab with no search.
-                contentItem: Loader {
+                Loader {
+                    id: pickerLoader
+                    x: 12
+                    y: 12
+                    focus: true  // hands the keyboard to the picker's search field
                     active: pickerPopup.visible
                     sourceComponent: KeyPickerView {
                         field: root.field

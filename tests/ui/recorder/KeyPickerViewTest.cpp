@@ -17,7 +17,7 @@ protected:
     int cellCount() { return read("keyGridView", "count").toInt(); }
     void search(const char* text) {
         ui.click(ui.find("searchField"));
-        for (const char* c = text; *c; ++c) QTest::keyClick(ui.view(), *c);
+        for (const char* c = text; *c; ++c) QTest::keyClick(ui.keyWindow(), *c);
         ui.settle();
     }
 };
@@ -33,13 +33,13 @@ TEST_F(PickerViewTest, tabsShowTheirKeysAndASearchReplacesThem) {
     EXPECT_EQ(cellCount(), 5);
     for (const char* name : {"Globe", "Launchpad", "Dictation", "Do Not Disturb", "Mission Control"})
         EXPECT_TRUE(ui.find(QStringLiteral("keyButton_") + QLatin1String(name))) << name;
-    ui.screenshot(QStringLiteral("picker-category"));
+    ui.screenshotWindowOf(ui.find("searchField"), QStringLiteral("picker-category"));
 
     search("page");
     EXPECT_FALSE(isShown("categoryTabs"));
     EXPECT_EQ(cellCount(), 2);
     EXPECT_TRUE(ui.find("keyButton_Page Down"));
-    ui.screenshot(QStringLiteral("picker-search"));
+    ui.screenshotWindowOf(ui.find("searchField"), QStringLiteral("picker-search"));
 }
 
 TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
@@ -87,4 +87,21 @@ TEST_F(PickerViewTest, eachOpeningStartsAfreshAndEscapeWritesNothing) {
     EXPECT_TRUE(isShown("categoryTabs"));
     EXPECT_EQ(cellCount(), 26);
     EXPECT_FALSE(read("modOption", "checked").toBool());
+}
+
+TEST_F(PickerViewTest, thePopoverReachesPastItsWindowAndClosesWhenAnotherWindowIsActivated) {
+    showField(true);
+    ui.view()->resize(500, 400);  // the sheet's window is narrower than the picker
+    ui.settle();
+    openPicker();
+    QQuickItem* search = ui.find("searchField");
+    ASSERT_TRUE(search);
+    EXPECT_NE(search->window(), ui.view());
+    EXPECT_GT(search->window()->width(), ui.view()->width());
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return search->window()->isActive(); }, 10000));
+    ui.view()->requestActivate();  // a click anywhere else
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown("searchField"); }, 10000));
+    EXPECT_FALSE(isShown("searchField"));
+    EXPECT_FALSE(field->hasKey());
 }

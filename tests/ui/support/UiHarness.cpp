@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QTest>
 
@@ -64,32 +65,44 @@ QQuickView* UiHarness::show(const QString& file, QSize size) {
 
 QQuickItem* UiHarness::find(const QString& objectName) const {
     if (!view_) return nullptr;
-    // Popups and sheets live under the window's overlay, not under the root object.
+    // Popups and sheets live under the window's overlay, not under the root object; popovers in
+    // windows of their own.
     if (QQuickItem* found = findIn(view_->rootObject(), objectName)) return found;
-    return findIn(view_->contentItem(), objectName);
+    if (QQuickItem* found = findIn(view_->contentItem(), objectName)) return found;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        auto* quickWindow = qobject_cast<QQuickWindow*>(window);
+        if (quickWindow && quickWindow != view_.get() && quickWindow->isVisible())
+            if (QQuickItem* found = findIn(quickWindow->contentItem(), objectName)) return found;
+    }
+    return nullptr;
 }
 
 void UiHarness::click(QQuickItem* item, Qt::MouseButton button) {
     ASSERT_TRUE(item);
-    QTest::mouseClick(view_.get(), button, Qt::NoModifier, centreOf(item));
+    QTest::mouseClick(item->window(), button, Qt::NoModifier, centreOf(item));
     settle();
 }
 
 void UiHarness::doubleClick(QQuickItem* item) {
     ASSERT_TRUE(item);
-    QTest::mouseDClick(view_.get(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
+    QTest::mouseDClick(item->window(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
     settle();
 }
 
 void UiHarness::hover(QQuickItem* item) {
     ASSERT_TRUE(item);
-    QTest::mouseMove(view_.get(), centreOf(item));
+    QTest::mouseMove(item->window(), centreOf(item));
     settle();
 }
 
 void UiHarness::key(int key, Qt::KeyboardModifiers modifiers) {
-    QTest::keyClick(view_.get(), static_cast<Qt::Key>(key), modifiers);
+    QTest::keyClick(keyWindow(), static_cast<Qt::Key>(key), modifiers);
     settle();
+}
+
+QWindow* UiHarness::keyWindow() const {
+    QWindow* focused = QGuiApplication::focusWindow();
+    return focused ? focused : view_.get();
 }
 
 void UiHarness::settle() {
@@ -100,10 +113,15 @@ void UiHarness::settle() {
     QCoreApplication::processEvents();
 }
 
-QImage UiHarness::screenshot(const QString& name) {
-    if (!view_) return {};
+QImage UiHarness::screenshot(const QString& name) { return view_ ? screenshotOf(*view_, name) : QImage(); }
+
+QImage UiHarness::screenshotWindowOf(QQuickItem* item, const QString& name) {
+    return item && item->window() ? screenshotOf(*item->window(), name) : QImage();
+}
+
+QImage UiHarness::screenshotOf(QQuickWindow& window, const QString& name) {
     settle();
-    const QImage image = view_->grabWindow();
+    const QImage image = window.grabWindow();
     QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
     image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
     return image;

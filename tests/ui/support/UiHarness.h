@@ -38,14 +38,20 @@ public:
     void click(QQuickItem* item, Qt::MouseButton button = Qt::LeftButton);
     void doubleClick(QQuickItem* item);
     void hover(QQuickItem* item);
+    // Typed into the window that has the keyboard focus (a popover while one is open).
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    QWindow* keyWindow() const;
     // Lets deferred work, bindings and queued Caps Lock decisions settle.
     void settle();
 
-    // Saves the window as <screenshot dir>/<name>.png and returns the picture.
+    // Saves the main window as <screenshot dir>/<name>.png and returns the picture.
     QImage screenshot(const QString& name);
+    // The same for the window that shows the item (a popover, say).
+    QImage screenshotWindowOf(QQuickItem* item, const QString& name);
 
 private:
+    QImage screenshotOf(QQuickWindow& window, const QString& name);
+
     FakeHidutil tool_;
     QTemporaryDir dir_;
     std::unique_ptr<QQuickView> view_;

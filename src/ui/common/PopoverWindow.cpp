@@ -1,0 +1,58 @@
+#include "ui/common/PopoverWindow.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace orvane::ui {
+
+PopoverWindow::PopoverWindow(QWindow* parent) : QQuickWindow(parent) {
+    // A frameless tool window rather than a popup: it is activated like any window, so it gets the
+    // keyboard, and losing activation (a click anywhere else) closes it.
+    setFlags(Qt::Tool | Qt::FramelessWindowHint);
+    // (Not activeChanged: a window counts as active while its transient parent is, so a click in
+    // the window it belongs to would not close it.)
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow* focus) {
+        if (focus == this) wasActivated_ = true;
+        else if (isVisible() && wasActivated_) close();
+    });
+    // The content is built as the popover opens, so its size settles after show(): follow it.
+    connect(this, &QWindow::widthChanged, this, &PopoverWindow::placeBelowAnchor);
+    connect(this, &QWindow::heightChanged, this, &PopoverWindow::placeBelowAnchor);
+}
+
+void PopoverWindow::setAnchorItem(QQuickItem* item) {
+    if (anchorItem_ == item) return;
+    anchorItem_ = item;
+    emit anchorItemChanged();
+}
+
+void PopoverWindow::openBelowAnchor() {
+    if (anchorItem_ && anchorItem_->window()) setTransientParent(anchorItem_->window());
+    wasActivated_ = false;
+    show();
+    placeBelowAnchor();
+    requestActivate();
+}
+
+void PopoverWindow::placeBelowAnchor() {
+    if (anchorItem_ && anchorItem_->window()) {
+        const QPointF bottomRight = anchorItem_->mapToGlobal(QPointF(anchorItem_->width(), anchorItem_->height() + 6));
+        QPoint topLeft(qRound(bottomRight.x()) - width(), qRound(bottomRight.y()));
+        if (QScreen* screen = anchorItem_->window()->screen()) {
+            const QRect available = screen->availableGeometry();
+            topLeft.setX(qBound(available.left(), topLeft.x(), qMax(available.left(), available.right() - width())));
+            topLeft.setY(qBound(available.top(), topLeft.y(), qMax(available.top(), available.bottom() - height())));
+        }
+        setPosition(topLeft);
+    }
+}
+
+void PopoverWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        close();
+        return;
+    }
+    QQuickWindow::keyPressEvent(event);
+}
+
+}  // namespace orvane::ui
