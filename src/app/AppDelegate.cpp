@@ -19,11 +19,11 @@ AppDelegate* currentDelegate = nullptr;
 
 AppDelegate* AppDelegate::current() { return currentDelegate; }
 
-WindowSpec AppDelegate::configurationWindowSpec() {
+WindowLayout AppDelegate::configurationWindowLayout() {
     return {QStringLiteral("Orvane"), QSize(500, 400), QUrl(QStringLiteral("qrc:/qml/MappingListView.qml")), QStringLiteral("ConfigWindow")};
 }
 
-WindowSpec AppDelegate::debugWindowSpec() {
+WindowLayout AppDelegate::debugWindowLayout() {
     return {QStringLiteral("Key Event Debugger"), QSize(550, 500), QUrl(QStringLiteral("qrc:/qml/DebugView.qml")),
             QStringLiteral("DebugWindow")};
 }
@@ -83,13 +83,13 @@ void AppDelegate::showAccessibilityAlert() {
     if (url.isValid()) services_.urlOpener.open(url);
 }
 
-void AppDelegate::openConfiguration() { openWindow(configWindow_, configurationWindowSpec()); }
+void AppDelegate::openConfiguration() { openWindow(configWindow_, configurationWindowLayout()); }
 
-void AppDelegate::openDebug() { openWindow(debugWindow_, debugWindowSpec()); }
+void AppDelegate::openDebug() { openWindow(debugWindow_, debugWindowLayout()); }
 
-void AppDelegate::openWindow(std::unique_ptr<HostedWindow>& window, const WindowSpec& spec) {
+void AppDelegate::openWindow(std::unique_ptr<HostedWindow>& window, const WindowLayout& layout) {
     if (!window) {
-        window = services_.windows.create(spec);
+        window = services_.windows.create(layout);
         // Command-comma opens the settings from any of our windows.
         auto* settings = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma), &window->view());
         connect(settings, &QShortcut::activated, this, &AppDelegate::openConfiguration);

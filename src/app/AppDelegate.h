@@ -42,8 +42,8 @@ public:
     static inline const QString accessibilitySettingsUrl =
         QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 
-    static WindowSpec configurationWindowSpec();
-    static WindowSpec debugWindowSpec();
+    static WindowLayout configurationWindowLayout();
+    static WindowLayout debugWindowLayout();
 
     explicit AppDelegate(AppServices services, QObject* parent = nullptr);
     ~AppDelegate() override;
@@ -83,7 +83,7 @@ private:
     void setupStatusItem();
     void updateStatusIcon();
     void buildMenu();
-    void openWindow(std::unique_ptr<HostedWindow>& window, const WindowSpec& spec);
+    void openWindow(std::unique_ptr<HostedWindow>& window, const WindowLayout& layout);
 
     AppServices services_;
     std::unique_ptr<StatusItem> statusItem_;

@@ -27,26 +27,26 @@ std::optional<QRect> parseFrame(const QByteArray& text) {
 
 }  // namespace
 
-HostedWindow::HostedWindow(QQmlEngine& engine, const WindowSpec& spec, UserDefaults& defaults)
-    : spec_(spec), defaults_(defaults), view_(std::make_unique<QQuickView>(&engine, nullptr)) {
-    view_->setTitle(spec.title);
+HostedWindow::HostedWindow(QQmlEngine& engine, const WindowLayout& layout, UserDefaults& defaults)
+    : layout_(layout), defaults_(defaults), view_(std::make_unique<QQuickView>(&engine, nullptr)) {
+    view_->setTitle(layout.title);
     view_->setResizeMode(QQuickView::SizeRootObjectToView);
     view_->setFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                     Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
-    view_->setSource(spec.content);
+    view_->setSource(layout.content);
     // The root view may ask for a minimum size; honour it.
     if (QQuickItem* root = view_->rootObject()) {
         const QVariant minimumWidth = root->property("minimumWidth"), minimumHeight = root->property("minimumHeight");
         if (minimumWidth.isValid() && minimumHeight.isValid()) view_->setMinimumSize(QSize(minimumWidth.toInt(), minimumHeight.toInt()));
     }
-    view_->resize(spec.contentSize);
+    view_->resize(layout.contentSize);
     if (QScreen* screen = view_->screen() ? view_->screen() : QGuiApplication::primaryScreen()) {
-        QRect centred(QPoint(), spec.contentSize);
+        QRect centred(QPoint(), layout.contentSize);
         centred.moveCenter(screen->availableGeometry().center());
         view_->setPosition(centred.topLeft());
     }
     // A frame saved by an earlier run takes the place of the centred one.
-    if (const auto saved = defaults_.data(WindowHost::frameKey(spec.autosaveName)))
+    if (const auto saved = defaults_.data(WindowHost::frameKey(layout.autosaveName)))
         if (const auto frame = parseFrame(*saved)) view_->setGeometry(*frame);
     // Remembered when the window is closed (hidden) and when the application quits with it open.
     connect(view_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
@@ -74,7 +74,7 @@ QString HostedWindow::loadErrors() const {
 
 void HostedWindow::rememberFrame() {
     const QRect frame = view_->geometry();
-    defaults_.setData(WindowHost::frameKey(spec_.autosaveName),
+    defaults_.setData(WindowHost::frameKey(layout_.autosaveName),
                       QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height()).toUtf8());
 }
 
@@ -83,12 +83,12 @@ WindowHost::WindowHost(UserDefaults& defaults, std::function<void(QQmlEngine&)> 
 
 WindowHost::~WindowHost() = default;
 
-std::unique_ptr<HostedWindow> WindowHost::create(const WindowSpec& spec) {
+std::unique_ptr<HostedWindow> WindowHost::create(const WindowLayout& layout) {
     if (!engine_) {
         engine_ = std::make_unique<QQmlEngine>();
         if (prepareEngine_) prepareEngine_(*engine_);
     }
-    return std::make_unique<HostedWindow>(*engine_, spec, defaults_);
+    return std::make_unique<HostedWindow>(*engine_, layout, defaults_);
 }
 
 }  // namespace orvane

@@ -17,7 +17,7 @@ namespace orvane {
 
 class UserDefaults;
 
-struct WindowSpec {
+struct WindowLayout {
     QString title;
     QSize contentSize;     // in points
     QUrl content;          // the root view
@@ -29,7 +29,7 @@ struct WindowSpec {
 class HostedWindow : public QObject {
     Q_OBJECT
 public:
-    HostedWindow(QQmlEngine& engine, const WindowSpec& spec, UserDefaults& defaults);
+    HostedWindow(QQmlEngine& engine, const WindowLayout& layout, UserDefaults& defaults);
     ~HostedWindow() override;
 
     // Shows the window, brings it to the front and makes it the key window.
@@ -42,7 +42,7 @@ public:
 private:
     void rememberFrame();
 
-    WindowSpec spec_;
+    WindowLayout layout_;
     UserDefaults& defaults_;
     std::unique_ptr<QQuickView> view_;
 };
@@ -53,7 +53,7 @@ public:
     WindowHost(UserDefaults& defaults, std::function<void(QQmlEngine&)> prepareEngine);
     ~WindowHost();
 
-    std::unique_ptr<HostedWindow> create(const WindowSpec& spec);
+    std::unique_ptr<HostedWindow> create(const WindowLayout& layout);
     bool hasEngine() const { return engine_ != nullptr; }
 
     // The key under which a window's frame is stored.
