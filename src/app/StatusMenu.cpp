@@ -12,6 +12,17 @@ StatusMenuItem separator() {
     return item;
 }
 
+StatusMenuItem actionItem(const QString& title, const QKeySequence& shortcut, const QString& iconName, const QString& iconDescription,
+                          const std::function<void()>& trigger) {
+    StatusMenuItem item;
+    item.title = title;
+    item.shortcut = shortcut;
+    item.iconName = iconName;
+    item.iconDescription = iconDescription;
+    item.trigger = trigger;
+    return item;
+}
+
 }  // namespace
 
 QString interceptionStatusText(bool isRunning, std::size_t enabledMappings) {
@@ -33,29 +44,12 @@ std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledM
 
     menu.push_back(separator());
 
-    StatusMenuItem settings;
-    settings.title = QStringLiteral("Settings...");
-    settings.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Comma);
-    settings.iconName = QStringLiteral("gearshape");
-    settings.iconDescription = QStringLiteral("Settings");
-    settings.trigger = actions.openConfiguration;
-    menu.push_back(settings);
-
-    StatusMenuItem debugger;
-    debugger.title = QStringLiteral("Key Event Debugger...");
-    debugger.shortcut = QKeySequence(Qt::CTRL | Qt::Key_D);
-    debugger.iconName = QStringLiteral("ant");
-    debugger.iconDescription = QStringLiteral("Debugger");
-    debugger.trigger = actions.openDebug;
-    menu.push_back(debugger);
-
+    menu.push_back(actionItem(QStringLiteral("Settings..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), QStringLiteral("gearshape"),
+                              QStringLiteral("Settings"), actions.openConfiguration));
+    menu.push_back(actionItem(QStringLiteral("Key Event Debugger..."), QKeySequence(Qt::CTRL | Qt::Key_D), QStringLiteral("ant"),
+                              QStringLiteral("Debugger"), actions.openDebug));
     menu.push_back(separator());
-
-    StatusMenuItem quit;
-    quit.title = QStringLiteral("Quit");
-    quit.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q);
-    quit.trigger = actions.quit;
-    menu.push_back(quit);
+    menu.push_back(actionItem(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), QString(), QString(), actions.quit));
     return menu;
 }
 
