@@ -31,7 +31,9 @@ Xvfb "$display" -screen 0 1024x700x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
 for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.2; done
 openbox >/dev/null 2>&1 & pids+=($!)
 tint2 >/dev/null 2>&1 & pids+=($!)
-sleep 2
+# The panel (and with it the tray) must be there before the application looks for a tray.
+for _ in $(seq 150); do xdotool search --class tint2 >/dev/null 2>&1 && break; sleep 0.2; done
+sleep 1
 
 mkdir -p "$work/config/user.com"
 # A check done a moment ago: no update request from here.
@@ -41,7 +43,7 @@ QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVAN
 
 # The status item is the application's small window inside the panel's tray.
 icon=
-for _ in $(seq 100); do
+for _ in $(seq 300); do  # a slow machine under load may take a while to start a sanitizer build
   for window in $(xdotool search --class orvane 2>/dev/null); do
     geometry=$(xdotool getwindowgeometry "$window" 2>/dev/null)
     if echo "$geometry" | grep -qE 'Geometry: (1[0-9]|2[0-9]|3[0-2])x'; then icon=$window; break 2; fi

@@ -38,10 +38,8 @@ TEST_F(EventCapturerTest, decodesKeysAndWhatTheirMappingsDo) {
          mapping(KeyCode::w, TargetAction::key(KeyCode::escape), false),
          mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f13))});
     capturer->start();
-    const struct {
-        PlatformEvent event;
-        std::optional<std::string> decoded, interception;
-    } cases[] = {
+    // The event, then the record's key name and mapping effect.
+    const std::tuple<PlatformEvent, std::optional<std::string>, std::optional<std::string>> cases[] = {
         {keyDown(KeyCode::a), "\u2192 A", "\u26A1 Tap \u2192 \u2303\u2318B"},
         {keyUp(KeyCode::s), "\u2192 S", "\u26A1 Tap \u2192 D"},
         {keyDown(KeyCode::q), "\u2192 Q", "\u26A1 Tap \u2192 Block"},
@@ -52,29 +50,15 @@ TEST_F(EventCapturerTest, decodesKeysAndWhatTheirMappingsDo) {
         {systemDefined(8, 0x00010A00), "\u2192 Volume Down", std::nullopt},
         {systemDefined(8, 0x00190A00), std::nullopt, std::nullopt},
     };
-    for (const auto& c : cases) {
-        const DebugEvent record = captureOne(c.event);
-        EXPECT_EQ(record.decodedInfo, c.decoded);
-        EXPECT_EQ(record.interceptionInfo, c.interception);
+    for (const auto& [event, decoded, interception] : cases) {
+        const DebugEvent record = captureOne(event);
+        EXPECT_EQ(record.decodedInfo, decoded);
+        EXPECT_EQ(record.interceptionInfo, interception);
         EXPECT_FALSE(record.isInterceptionActive);
     }
-    const DebugEvent media = captureOne(systemDefined(8, 657920));
-    EXPECT_EQ(media.eventTypeName, "systemDefined");
-    EXPECT_EQ(media.data1Hex, "0xA0A00");
-    EXPECT_EQ(media.subtype, 8);
-    EXPECT_FALSE(media.keycode.has_value());
-
-    PlatformEvent unknown = keyDown(KeyCode::a, 0x100);
-    unknown.keyCode = 10;
-    const DebugEvent unassigned = captureOne(unknown);
-    EXPECT_EQ(unassigned.keycode, 10);
-    EXPECT_EQ(unassigned.flags, 0x100u);
-    EXPECT_FALSE(unassigned.decodedInfo.has_value());
-    EXPECT_EQ(unassigned.eventTypeName, "keyDown");
-
-    PlatformEvent unconverted;
-    unconverted.type = 14;
-    const DebugEvent bare = captureOne(unconverted);
+    // The record's other fields are written out, and compared, by the capture scenario files. Last, a
+    // system-defined event that did not convert.
+    const DebugEvent bare = captureOne({.type = 14, .systemDefined = std::nullopt});
     EXPECT_FALSE(bare.subtype || bare.data1 || bare.keycode || bare.decodedInfo);
 }
 
@@ -94,7 +78,7 @@ TEST_F(EventCapturerTest, capsLockThroughTheHidLayer) {
     EXPECT_EQ(captureOne(flagsChanged(KeyCode::capsLock, 0x10000)).interceptionInfo, "\u26A1 Tap \u2192 \u2325\u2318\u2423");
 }
 
-TEST_F(EventCapturerTest, noiseFilterAndPostedEvents) {
+TEST_F(EventCapturerTest, theNoiseFilterHidesItsSubtypesAndEmptyFlagChangesOfKeyZero) {
     capturer->start();
     const PlatformEvent noise[] = {systemDefined(7, 0), systemDefined(18, 1), systemDefined(19, 2), systemDefined(211, 3),
                                    flagsChanged(KeyCode::a, 0)};
@@ -106,9 +90,6 @@ TEST_F(EventCapturerTest, noiseFilterAndPostedEvents) {
     }
     filter = true;
     records.clear();
-    PlatformEvent posted = keyDown(KeyCode::a);
-    posted.userData = syntheticEventMarker;
-    type(posted);
     type(flagsChanged(KeyCode::leftShift, 0));  // key code 56: not noise
     EXPECT_EQ(records.size(), 1u);
 }
@@ -129,12 +110,4 @@ TEST_F(EventCapturerTest, neverChangesEventsAndIgnoresTheEnginesOwn) {
     type(keyDown(KeyCode::c));
     EXPECT_TRUE(records.empty());
     capturer->stop();  // stopping twice is harmless
-}
-
-TEST_F(EventCapturerTest, withoutPermissionNothingArrives) {
-    accessibility.setTrusted(false);
-    capturer->start();
-    EXPECT_EQ(lines.back(), "DebugView: Failed to create event tap");
-    type(keyDown(KeyCode::a));
-    EXPECT_TRUE(records.empty());
 }

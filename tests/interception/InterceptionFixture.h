@@ -15,20 +15,13 @@
 namespace orvane::testing {
 
 inline PlatformEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0) {
-    PlatformEvent event;
-    event.type = type;
-    event.keyCode = static_cast<std::uint16_t>(rawValue(key));
-    event.flags = flags;
-    return event;
+    return {.type = type, .keyCode = static_cast<std::uint16_t>(rawValue(key)), .flags = flags, .systemDefined = std::nullopt};
 }
 inline PlatformEvent keyDown(KeyCode key, std::uint64_t flags = 0) { return keyEvent(10, key, flags); }
 inline PlatformEvent keyUp(KeyCode key, std::uint64_t flags = 0) { return keyEvent(11, key, flags); }
 inline PlatformEvent flagsChanged(KeyCode key, std::uint64_t flags) { return keyEvent(12, key, flags); }
 inline PlatformEvent systemDefined(std::int16_t subtype, std::int64_t data1) {
-    PlatformEvent event;
-    event.type = 14;
-    event.systemDefined = SystemDefinedFields{subtype, data1};
-    return event;
+    return {.type = 14, .systemDefined = SystemDefinedFields{subtype, data1}};
 }
 
 // Each as "keyDown 11 flags=0x120000 synthetic", the simulator's form: easy to compare as sequences.

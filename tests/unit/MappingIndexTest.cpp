@@ -44,12 +44,3 @@ TEST(MappingIndex, agreesWithALinearScanOnRandomLists) {
     }
 }
 
-TEST(MappingIndex, capsLockViaF18OnlyWhenRemappedButNotDirect) {
-    IndexedMappings indexed({{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::block(), true}});
-    const std::tuple<bool, bool, bool> cases[] = {{false, false, false}, {true, true, false}, {true, false, true}};
-    for (const auto& [remapped, direct, expectMapping] : cases) {
-        indexed.setCapsLockHIDState(remapped, direct);
-        EXPECT_EQ(indexed.capsLockMappingViaF18() != nullptr, expectMapping);
-        EXPECT_EQ(indexed.isCapsLockHIDRemapped(), remapped);
-    }
-}

@@ -59,10 +59,6 @@ TEST(MappingJson, decodesTheExamplesInAnyMemberOrderAndLetterCase) {
     ASSERT_FALSE(reordered.error) << reordered.error->description();
     ASSERT_EQ(reordered.mappings.size(), 1u);
     EXPECT_EQ(reordered.mappings[0], threeExamples()[2]);
-
-    const auto empty = decodeMappings("[]");
-    EXPECT_FALSE(empty.error);
-    EXPECT_TRUE(empty.mappings.empty());
 }
 
 TEST(MappingJson, combinationWithoutModifiersStaysACombination) {

@@ -1,4 +1,5 @@
 // The debugger's wording of records: direction labels and badge tones, flag glyphs, NX codes, times.
+#include "model/KeyCode.h"
 #include "ui/debugger/DebugEventText.h"
 
 #include <gtest/gtest.h>
@@ -24,11 +25,7 @@ DebugEvent record(int type, std::optional<int> keycode = {}, std::optional<std::
 }  // namespace
 
 TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
-    const struct {
-        DebugEvent event;
-        const char* label;
-        BadgeTone tone;
-    } cases[] = {
+    const std::tuple<DebugEvent, const char*, BadgeTone> cases[] = {
         {record(10, 0, 0), "\u2193 keyDown", BadgeTone::Blue},
         {record(11, 0, 0), "\u2191 keyUp", BadgeTone::Gray},
         {record(12, std::nullopt, 0x20000), "\u21C5 flags", BadgeTone::Purple},
@@ -43,38 +40,30 @@ TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
         {record(14, {}, {}, 211, 0), "\u25C6 sys:211", BadgeTone::Orange},
         {record(13), "? unknown", BadgeTone::Secondary},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(directionLabel(c.event), QString::fromUtf8(c.label)) << c.label;
-        EXPECT_EQ(badgeTone(c.event.eventType), c.tone) << c.label;
+    for (const auto& [event, label, tone] : cases) {
+        EXPECT_EQ(directionLabel(event), QString::fromUtf8(label)) << label;
+        EXPECT_EQ(badgeTone(event.eventType), tone) << label;
     }
 }
 
-TEST(DebugEventText, eachModifierKeyReadsOnlyItsOwnFlag) {
-    const struct {
-        int keycode;
-        std::uint64_t flag;
-    } modifiers[] = {{54, 0x100000}, {55, 0x100000}, {56, 0x20000}, {60, 0x20000}, {57, 0x10000},
-                     {58, 0x80000},  {61, 0x80000},  {59, 0x40000}, {62, 0x40000}, {63, 0x800000}};
+TEST(DebugEventText, aModifierKeyIsDownExactlyWhileItsCatalogueFlagIsSet) {
     const std::uint64_t everyModifier = 0x9F0000;
-    for (const auto& m : modifiers) {
-        EXPECT_TRUE(modifierIsDown(m.keycode, m.flag | 0x100)) << m.keycode;
-        EXPECT_FALSE(modifierIsDown(m.keycode, everyModifier & ~m.flag)) << m.keycode;
+    for (const KeyCode key : allKeyCodes()) {
+        const std::uint64_t flag = modifierFlagMask(key).value_or(0);
+        EXPECT_EQ(modifierIsDown(rawValue(key), everyModifier), flag != 0) << caseName(key);
+        EXPECT_FALSE(modifierIsDown(rawValue(key), everyModifier & ~flag)) << caseName(key);
     }
-    for (const int other : {0, 53, 64}) EXPECT_FALSE(modifierIsDown(other, everyModifier)) << other;
 }
 
 TEST(DebugEventText, flagsShowGlyphsInOrderElseTheUnexplainedBits) {
-    const struct {
-        std::uint64_t flags;
-        const char* text;
-    } cases[] = {
+    const std::pair<std::uint64_t, const char*> cases[] = {
         {0x100000, "\u2318"}, {0x80000, "\u2325"}, {0x40000, "\u2303"}, {0x20000, "\u21E7"}, {0x10000, "\u21EA"},
         {0x800000, "fn"},
         {0x9F0000, "\u2318\u2325\u2303\u21E7\u21EAfn"},
         {0x20102, "\u21E7"},  // with a glyph, other bits are not shown
         {0, ""}, {0x100, ""}, {0x102, "0x2"}, {0xA0000000, "0xA0000000"},
     };
-    for (const auto& c : cases) EXPECT_EQ(flagsText(c.flags), QString::fromUtf8(c.text)) << std::hex << c.flags;
+    for (const auto& [flags, text] : cases) EXPECT_EQ(flagsText(flags), QString::fromUtf8(text)) << std::hex << flags;
     // A row shows flags only when present and not 0.
     EXPECT_EQ(shownFlagsText(record(10, 0, std::nullopt)), QString());
     EXPECT_EQ(shownFlagsText(record(10, 0, 0)), QString());

@@ -12,33 +12,28 @@ using namespace orvane::testing;
 
 namespace {
 
-DebugEvent recordOf(int keycode) {
+DebugEvent keyDownRecord(int keycode) {
     DebugEvent event;
     event.eventType = 10;
     event.keycode = keycode;
     return event;
 }
 
-PlatformEvent keyDownOf(std::uint16_t keycode) {
-    PlatformEvent event;
-    event.type = 10;
-    event.keyCode = keycode;
-    return event;
-}
-
 }  // namespace
 
-TEST(DebugViewModel, askingToScrollFollowsTheCountSoAFullListStopsAsking) {
+TEST(DebugViewModel, aFullListKeepsTheNewestHundredAndStopsAskingToScroll) {
     UiHarness ui;
     DebugViewModel model;
     QSignalSpy scrolls(&model, &DebugViewModel::scrollToNewest);
-    for (int i = 0; i < 150; ++i) model.addEvent(recordOf(i));
+    for (int i = 0; i < 150; ++i) model.addEvent(keyDownRecord(i));
     EXPECT_EQ(model.count(), 100);
+    EXPECT_EQ(model.events().front().keycode, 149);  // newest first, the oldest dropped
+    EXPECT_EQ(model.events().back().keycode, 50);
     EXPECT_EQ(scrolls.count(), 100);
 
     model.clear();  // nothing left to scroll to
     model.setAutoScroll(false);
-    model.addEvent(recordOf(1));
+    model.addEvent(keyDownRecord(1));
     EXPECT_EQ(scrolls.count(), 100);
 }
 
@@ -50,7 +45,7 @@ TEST(DebugViewModel, eachCaptureHasOneTapAndItsRecordsArriveOnALaterTurn) {
         model.startCapture();
         model.startCapture();
         EXPECT_EQ(ui.events().activeTapCount(), before + 1);
-        ui.events().inject(keyDownOf(2));
+        ui.events().inject({.type = 10, .keyCode = 2, .systemDefined = std::nullopt});
         EXPECT_EQ(model.count(), 0);  // never changed from inside the tap callback
         ui.settle();
         EXPECT_EQ(model.count(), 1);

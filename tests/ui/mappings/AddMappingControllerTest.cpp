@@ -2,7 +2,6 @@
 #include "MappingsTestSupport.h"
 #include "ui/mappings/AddMappingController.h"
 
-
 #include <QSignalSpy>
 
 using namespace orvane;
@@ -11,9 +10,6 @@ using namespace orvane::testing;
 namespace {
 
 RecordedKey recorded(KeyCode key, Modifiers modifiers = {}) { return {SourceKey::regular(key), modifiers}; }
-const RecordedKey mute{SourceKey::system(SystemKeyID::mute), {}};
-
-}  // namespace
 
 class AddMappingControllerTest : public ::testing::Test {
 protected:
@@ -24,26 +20,22 @@ protected:
     }
 };
 
+}  // namespace
+
 TEST_F(AddMappingControllerTest, anEditSheetStartsFromEachKindOfMapping) {
     const Modifiers shiftCommand{.command = true, .shift = true};
-    struct Case {
-        KeyMapping mapping;
-        AddMappingController::TargetType type;
-        std::optional<RecordedKey> target;
-    };
-    const Case cases[] = {
+    const std::tuple<KeyMapping, AddMappingController::TargetType, std::optional<RecordedKey>> cases[] = {
         {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), AddMappingController::Remap, recorded(KeyCode::escape)},
         {mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, shiftCommand)), AddMappingController::Remap,
          recorded(KeyCode::k, shiftCommand)},
         {mapping(SourceKey::system(SystemKeyID::mute), TargetAction::block(), false), AddMappingController::Block, std::nullopt},
     };
-    for (const Case& t : cases) {
-        auto s = sheet(t.mapping);
+    for (const auto& [existing, type, target] : cases) {
+        auto s = sheet(existing);
         EXPECT_EQ(s->title(), "Edit Mapping");
-        EXPECT_EQ(s->primaryTitle(), "Save Changes");
-        EXPECT_EQ(s->sourceField()->recordedKey(), (RecordedKey{t.mapping.sourceKey, {}}));
-        EXPECT_EQ(s->targetType(), t.type);
-        EXPECT_EQ(s->targetField()->recordedKey(), t.target);
+        EXPECT_EQ(s->sourceField()->recordedKey(), (RecordedKey{existing.sourceKey, {}}));
+        EXPECT_EQ(s->targetType(), type);
+        EXPECT_EQ(s->targetField()->recordedKey(), target);
         EXPECT_TRUE(s->canSave());
     }
 }
@@ -68,31 +60,24 @@ TEST_F(AddMappingControllerTest, remapNeedsATargetAndBlockDoesNotWhileTheTargetI
 
 TEST_F(AddMappingControllerTest, savingANewMappingAppendsItEnabledWithTheRightAction) {
     const Modifiers option{.option = true};
-    struct Case {
-        AddMappingController::TargetType type;
-        RecordedKey target;
-        TargetAction expected;
-    };
-    const Case cases[] = {
+    const std::tuple<AddMappingController::TargetType, RecordedKey, TargetAction> cases[] = {
         {AddMappingController::Remap, recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
         {AddMappingController::Remap, recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)},
         {AddMappingController::Block, recorded(KeyCode::b), TargetAction::block()},
     };
-    for (const Case& t : cases) {
+    for (const auto& [type, target, expected] : cases) {
         const auto existing = mapping(KeyCode::c, TargetAction::block());
         ui.store().setMappings({existing});
         auto s = sheet();
         // Only the source's key counts, even if the field was handed modifiers.
         s->sourceField()->setRecordedKey(recorded(KeyCode::a, option));
-        s->targetField()->setRecordedKey(t.target);
-        s->setTargetType(t.type);
+        s->targetField()->setRecordedKey(target);
+        s->setTargetType(type);
         s->save();
         const auto& list = ui.store().mappings();
         ASSERT_EQ(list.size(), 2u);
         EXPECT_EQ(list[0], existing);
-        EXPECT_EQ(list[1].sourceKey, SourceKey::regular(KeyCode::a));
-        EXPECT_EQ(list[1].targetAction, t.expected);
-        EXPECT_TRUE(list[1].isEnabled);
+        EXPECT_EQ(list[1], (KeyMapping{list[1].id, SourceKey::regular(KeyCode::a), expected, true}));
         EXPECT_NE(list[1].id, existing.id);
     }
 }
@@ -106,13 +91,12 @@ TEST_F(AddMappingControllerTest, editingKeepsIdPositionAndEnabledState) {
     s->sourceField()->setRecordedKey(recorded(KeyCode::d));
     s->setTargetType(AddMappingController::Block);
     s->save();
-    KeyMapping expected = edited;
-    expected.sourceKey = SourceKey::regular(KeyCode::d);
-    expected.targetAction = TargetAction::block();
+    const KeyMapping expected{edited.id, SourceKey::regular(KeyCode::d), TargetAction::block(), false};
     EXPECT_EQ(ui.store().mappings(), (std::vector<KeyMapping>{before, expected, after}));
 }
 
 TEST_F(AddMappingControllerTest, aMediaKeyTargetSavesNothingButTheSheetStillCloses) {
+    const RecordedKey mute{SourceKey::system(SystemKeyID::mute), {}};
     const auto existing = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     ui.store().setMappings({existing});
     QSignalSpy storeChanges(&ui.store(), &MappingStore::mappingsChanged);

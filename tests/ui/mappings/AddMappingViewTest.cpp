@@ -1,5 +1,5 @@
 // The add/edit sheet from the real QML inside the list window: its controls for new and edited
-// mappings, recording through the simulated keyboard, and Escape/Return.
+// mappings, recording through the simulated keyboard, and Return.
 #include "MappingsTestSupport.h"
 
 using namespace orvane;
@@ -12,10 +12,7 @@ protected:
     }
     bool checked(const char* segment) { return property(segment, "checked").toBool(); }
     void type(std::uint32_t eventType, KeyCode key) {
-        PlatformEvent event;
-        event.type = eventType;
-        event.keyCode = static_cast<std::uint16_t>(rawValue(key));
-        ui.events().inject(event);
+        ui.events().inject({eventType, static_cast<std::uint16_t>(rawValue(key)), 0, 0, std::nullopt});
     }
 };
 
@@ -40,18 +37,15 @@ TEST_F(AddMappingViewTest, aNewSheetOffersRemapAndSwitchesToTheBlockCaption) {
     EXPECT_TRUE(ui.store().mappings().empty());
 }
 
-TEST_F(AddMappingViewTest, recordingTheSourcePausesTheTapAndReturnAddsTheMapping) {
-    ASSERT_TRUE(ui.manager().start());
+TEST_F(AddMappingViewTest, theSourceIsRecordedFromTheKeyboardAndReturnAddsTheMapping) {
     const auto existing = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     use({existing});
     click(item("addMappingButton"));
     click(childNamed(item("sourceRecorder"), QStringLiteral("recordButton")));
-    EXPECT_FALSE(ui.manager().isRunning());
     EXPECT_EQ(recorderText("sourceRecorder"), "Press any key...");
     type(10, KeyCode::f5);
     type(11, KeyCode::f5);
     frame();
-    EXPECT_TRUE(ui.manager().isRunning());
     EXPECT_EQ(recorderText("sourceRecorder"), "F5");
     EXPECT_FALSE(item("primaryButton")->isEnabled());
 
@@ -81,21 +75,4 @@ TEST_F(AddMappingViewTest, editingACombinationShowsItAndSavesItUnchanged) {
     click(item("primaryButton"));
     EXPECT_FALSE(shown("mappingSheet"));
     EXPECT_EQ(ui.store().mappings().at(1), combination);
-}
-
-TEST_F(AddMappingViewTest, escapeCancelsAndReturnWaitsForAnEnabledPrimaryButton) {
-    const auto blocked = mapping(KeyCode::escape, TargetAction::block());
-    use({blocked});
-    model()->openEditing(idText(blocked));
-    frame();
-    EXPECT_TRUE(checked("segmentBlock"));
-    EXPECT_TRUE(shown("blockCaption") && !shown("targetRecorder"));
-    click(item("segmentRemap"));
-    EXPECT_FALSE(item("primaryButton")->isEnabled());
-    key(Qt::Key_Return);
-    EXPECT_TRUE(shown("mappingSheet"));
-    key(Qt::Key_Escape);
-    EXPECT_FALSE(shown("mappingSheet"));
-    EXPECT_EQ(model()->editor(), nullptr);
-    EXPECT_EQ(ui.store().mappings(), std::vector<KeyMapping>{blocked});
 }

@@ -28,13 +28,10 @@ TEST_F(MappingListModelTest, eachRowShowsItsKeycapsBadgeAndTarget) {
         QStringList keycaps;
     };
     const Case cases[] = {
-        {mapping(KeyCode::a, TargetAction::key(KeyCode::b)), false, "A", "Tap", "orange", tap, MappingListModel::Key, {"B"}},
-        // Modifier keycaps come in ⌃ ⌥ ⇧ ⌘ order, unset ones skipped.
+        // Other rows are checked as the list view shows them. Modifier keycaps come in ⌃ ⌥ ⇧ ⌘ order.
         {mapping(KeyCode::f1, TargetAction::combination(KeyCode::c, {true, true, true, true})), false, "F1", "Tap",
          "orange", tap, MappingListModel::Combination, {"⌃", "⌥", "⇧", "⌘", "C"}},
-        {mapping(KeyCode::a, TargetAction::combination(KeyCode::k, {.command = true, .shift = true})), false, "A", "Tap",
-         "orange", tap, MappingListModel::Combination, {"⇧", "⌘", "K"}},
-        {mapping(KeyCode::escape, TargetAction::block()), false, "⎋", "Tap", "orange", tap, MappingListModel::Block, {}},
+        // Caps Lock's HID state says nothing about other keys.
         {mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f5)), true, "\U0001F50A", "Tap",
          "orange", tap, MappingListModel::Key, {"F5"}},
         {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), true, "⇪", "HID", "green",
@@ -97,10 +94,9 @@ TEST_F(MappingListModelTest, movingPositionSetsFollowsTheListsMoveRule) {
         std::vector<Uuid> expected;
     };
     const std::vector<Uuid> unchanged{a.id, b.id, c.id, d.id};
+    // The reordering itself is the store's; here the rows reach it, and no-op or stray moves do not.
     const Case cases[] = {
-        {{0}, 2, {b.id, a.id, c.id, d.id}}, {{3}, 0, {d.id, a.id, b.id, c.id}}, {{0}, 4, {b.id, c.id, d.id, a.id}},
-        {{1, 3}, 0, {b.id, d.id, a.id, c.id}}, {{0, 2}, 1, {a.id, c.id, b.id, d.id}},
-        // Moves that keep the order, and positions or destinations outside the list, change nothing.
+        {{0}, 2, {b.id, a.id, c.id, d.id}}, {{0, 2}, 1, {a.id, c.id, b.id, d.id}},
         {{1}, 1, unchanged}, {{1}, 2, unchanged}, {{1, 2}, 3, unchanged}, {{1}, 5, unchanged}, {{9}, 0, unchanged},
     };
     for (const Case& t : cases) {

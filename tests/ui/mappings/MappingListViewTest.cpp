@@ -41,7 +41,6 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     const QStringList expected[] = {{"A", "Tap", "B"},         {"F1", "Tap", "⇧", "⌘", "K"}, {"⎋", "Tap", "Block"},
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
-    EXPECT_TRUE(inRow(0, "enabledCheckBox")->property("checked").toBool());
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
     ui.screenshot(QStringLiteral("config-list"));
 
@@ -52,9 +51,6 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     click(inRow(5, "enabledCheckBox"));
     EXPECT_TRUE(ui.store().mappings()[5].isEnabled);
     EXPECT_EQ(visibleTexts(row(5)), (QStringList{"D", "Tap", "⌥", "←"}));
-    click(inRow(5, "enabledCheckBox"));
-    EXPECT_FALSE(ui.store().mappings()[5].isEnabled);
-    EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
 }
 
 TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
@@ -82,11 +78,16 @@ TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
     EXPECT_EQ(ui.store().mappings(), std::vector<KeyMapping>{second});
 }
 
-TEST_F(MappingListViewTest, doubleClickingOrReturnOnARowEditsThatMapping) {
-    use({mapping(KeyCode::a, TargetAction::key(KeyCode::b)), mapping(KeyCode::escape, TargetAction::block(), false)});
+TEST_F(MappingListViewTest, doubleClickOrReturnEditsARowAndDeleteOrBackspaceRemovesOnlyTheSelectedOne) {
+    const auto a = mapping(KeyCode::a, TargetAction::block());
+    const auto b = mapping(KeyCode::b, TargetAction::block());
+    const auto c = mapping(KeyCode::c, TargetAction::block());
+    use({a, b, c});
+    key(Qt::Key_Delete);  // nothing selected yet
+    EXPECT_EQ(ui.store().mappings().size(), 3u);
     doubleClick(row(1));
     ASSERT_NE(model()->editor(), nullptr);
-    EXPECT_EQ(model()->editor()->sourceField()->text(), "⎋");
+    EXPECT_EQ(model()->editor()->sourceField()->text(), "B");
     click(item("cancelButton"));
     EXPECT_EQ(model()->editor(), nullptr);
     EXPECT_EQ(sheetTitle(), QString());
@@ -94,15 +95,8 @@ TEST_F(MappingListViewTest, doubleClickingOrReturnOnARowEditsThatMapping) {
     key(Qt::Key_Return);
     ASSERT_NE(model()->editor(), nullptr);
     EXPECT_EQ(model()->editor()->sourceField()->text(), "A");
-}
+    key(Qt::Key_Escape);
 
-TEST_F(MappingListViewTest, deleteAndBackspaceRemoveOnlyTheSelectedRow) {
-    const auto a = mapping(KeyCode::a, TargetAction::block());
-    const auto b = mapping(KeyCode::b, TargetAction::block());
-    const auto c = mapping(KeyCode::c, TargetAction::block());
-    use({a, b, c});
-    key(Qt::Key_Delete);
-    EXPECT_EQ(ui.store().mappings().size(), 3u);
     click(row(1));
     EXPECT_TRUE(row(1)->property("isSelected").toBool());
     key(Qt::Key_Delete);
@@ -113,7 +107,7 @@ TEST_F(MappingListViewTest, deleteAndBackspaceRemoveOnlyTheSelectedRow) {
     EXPECT_EQ(idsOf(ui.store().mappings()), std::vector<Uuid>{c.id});
 }
 
-TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWinAndSurvivesARestart) {
+TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
     const auto first = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     const auto other = mapping(KeyCode::c, TargetAction::block());
     const auto last = mapping(KeyCode::a, TargetAction::key(KeyCode::z));
@@ -127,28 +121,23 @@ TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWinAndSurvivesARest
     QTest::mouseRelease(ui.view(), Qt::LeftButton, Qt::NoModifier, target);
     frame();
     EXPECT_FALSE(shown("dropIndicator"));
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{last.id, first.id, other.id}));
     EXPECT_EQ(ui.store().mappingForKey(KeyCode::a)->id, last.id);
-
-    MappingStore reopened(ui.defaults(), HIDUtil(ui.tool().path()));
-    reopened.waitForCapsLockDecisions();
-    EXPECT_EQ(idsOf(reopened.mappings()), (std::vector<Uuid>{last.id, first.id, other.id}));
 }
 
 TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
-    auto shows = [&](bool on) {
+    const auto shows = [&](bool on) {
+        EXPECT_EQ(ui.manager().isRunning(), on);
         EXPECT_EQ(property("activeSwitch", "checked").toBool(), on);
         EXPECT_EQ(property("activeSwitch", "text"), on ? "Active" : "Inactive");
     };
     shows(false);
     click(item("activeSwitch"));
-    EXPECT_TRUE(ui.manager().isRunning());
     shows(true);
     click(item("activeSwitch"));
-    EXPECT_FALSE(ui.manager().isRunning());
     shows(false);
-    simAccessibility().setTrusted(false);
+    simAccessibility().setTrusted(false);  // the start fails: the switch stays off
     click(item("activeSwitch"));
-    EXPECT_FALSE(ui.manager().isRunning());
     shows(false);
     // Started elsewhere (the menu), the switch follows.
     simAccessibility().setTrusted(true);

@@ -7,10 +7,7 @@ using namespace orvane;
 
 TEST(KeyPickerSearch, matchesNameElseSymbolCaseInsensitivelyInDeclaredOrderUntrimmed) {
     using enum KeyCode;
-    const struct {
-        QString query;
-        std::vector<KeyCode> expected;
-    } cases[] = {
+    const std::pair<QString, std::vector<KeyCode>> cases[] = {
         {"PAGE", {pageUp, pageDown}},
         // The left arrow's name is its glyph, so only the left modifier keys match.
         {"left", {leftShift, leftControl, leftOption, leftCommand}},

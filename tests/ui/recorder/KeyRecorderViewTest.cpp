@@ -36,11 +36,9 @@ TEST_F(RecorderViewTest, recordingPausesTheMainTapAndTheFirstKeyEndsIt) {
     EXPECT_EQ(border->property("color").value<QColor>(), paletteColor("recorderFrame", "highlight"));
     ui.screenshot(QStringLiteral("recorder-recording"));
 
-    PlatformEvent commandShiftA;
-    commandShiftA.type = 10;  // key down
-    commandShiftA.keyCode = static_cast<std::uint16_t>(rawValue(KeyCode::a));
-    commandShiftA.flags = EventFlag::command | EventFlag::shift;
-    ui.events().inject(commandShiftA);
+    const PlatformEvent commandShiftADown{10, static_cast<std::uint16_t>(rawValue(KeyCode::a)),
+                                          EventFlag::command | EventFlag::shift, 0, std::nullopt};
+    ui.events().inject(commandShiftADown);
     ui.settle();
 
     EXPECT_TRUE(ui.manager().isRunning());
