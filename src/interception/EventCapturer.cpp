@@ -23,25 +23,13 @@ EventCapturer::EventCapturer(EventSystem& events, const MappingStore& store, con
 EventCapturer::~EventCapturer() = default;
 
 void EventCapturer::start() {
-    auto tap = events_.createTap(TapLocation::session, TapPlacement::headInsert, TapOptions::listenOnly, EventTapManager::eventMask,
-                                 &tapCallback, this);
-    if (!tap) {
+    // A tap whose source cannot be made stays stored and disabled, silently.
+    if (tap_.install(events_, TapOptions::listenOnly, &tapCallback, this, /*keepTapWithoutSource=*/true) ==
+        InstalledTap::Result::tapFailed)
         diagnostics::printLine("DebugView: Failed to create event tap");
-        return;
-    }
-    eventTap_ = std::move(tap);
-    runLoopSource_ = events_.createRunLoopSource(eventTap_);
-    if (!runLoopSource_) return;  // the tap stays disabled, silently
-    events_.addToCurrentRunLoop(runLoopSource_);
-    events_.enableTap(eventTap_, true);
 }
 
-void EventCapturer::stop() {
-    if (eventTap_) events_.enableTap(eventTap_, false);
-    if (runLoopSource_) events_.removeFromCurrentRunLoop(runLoopSource_);
-    eventTap_.reset();
-    runLoopSource_.reset();
-}
+void EventCapturer::stop() { tap_.uninstall(events_); }
 
 PlatformEvent* EventCapturer::tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo) {
     if (userInfo) static_cast<EventCapturer*>(userInfo)->handleCapturedEvent(type, event);

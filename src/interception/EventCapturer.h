@@ -2,6 +2,7 @@
 #pragma once
 
 #include "interception/DebugEvent.h"
+#include "interception/InstalledTap.h"
 #include "model/Mapping.h"
 #include "platform/EventSystem.h"
 
@@ -29,7 +30,7 @@ public:
     // Failure is only printed.
     void start();
     void stop();
-    bool isStarted() const { return eventTap_ != nullptr; }
+    bool isStarted() const { return tap_.tap() != nullptr; }
 
     // The tap callback's body; calls onEvent synchronously unless the event is ignored.
     void handleCapturedEvent(std::uint32_t type, const PlatformEvent* event);
@@ -44,8 +45,7 @@ private:
     EventSystem& events_;
     const MappingStore& store_;
     const EventTapManager& manager_;
-    EventSystem::TapHandle eventTap_;
-    EventSystem::SourceHandle runLoopSource_;
+    InstalledTap tap_;
     std::function<void(const DebugEvent&)> onEvent_;
     std::function<bool()> filterNoise_;
 };

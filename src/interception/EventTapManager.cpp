@@ -34,20 +34,15 @@ void EventTapManager::installShared(std::unique_ptr<EventTapManager> manager) { 
 
 bool EventTapManager::start() {
     if (isRunning_) return true;
-    auto tap = events_.createTap(TapLocation::session, TapPlacement::headInsert, TapOptions::activeFilter, eventMask, &tapCallback, this);
-    if (!tap) {
+    switch (tap_.install(events_, TapOptions::activeFilter, &tapCallback, this, /*keepTapWithoutSource=*/false)) {
+    case InstalledTap::Result::tapFailed:
         setLastError(QStringLiteral("Failed to create event tap. Please grant Accessibility permission."));
         return false;
-    }
-    eventTap_ = std::move(tap);
-    runLoopSource_ = events_.createRunLoopSource(eventTap_);
-    if (!runLoopSource_) {
+    case InstalledTap::Result::sourceFailed:
         setLastError(QStringLiteral("Failed to create run loop source"));
-        eventTap_.reset();
         return false;
+    case InstalledTap::Result::installed: break;
     }
-    events_.addToCurrentRunLoop(runLoopSource_);
-    events_.enableTap(eventTap_, true);
     setRunning(true);
     setLastError(std::nullopt);
     store_.updateCapsLockHIDRemap();
@@ -57,10 +52,7 @@ bool EventTapManager::start() {
 
 void EventTapManager::stop() {
     if (!isRunning_) return;
-    if (eventTap_) events_.enableTap(eventTap_, false);
-    if (runLoopSource_) events_.removeFromCurrentRunLoop(runLoopSource_);
-    eventTap_.reset();
-    runLoopSource_.reset();
+    tap_.uninstall(events_);
     setRunning(false);
     // Caps Lock works normally again; the store's flags stay, so the next start re-applies them.
     store_.hidUtil().clearRemapping();
@@ -75,7 +67,7 @@ PlatformEvent* EventTapManager::tapCallback(std::uint32_t type, PlatformEvent* e
 PlatformEvent* EventTapManager::handle(std::uint32_t type, PlatformEvent* event) {
     if (type == TapEventType::tapDisabledByTimeout || type == TapEventType::tapDisabledByUserInput) {
         diagnostics::printLine("Event tap was disabled, re-enabling...");
-        if (eventTap_) events_.enableTap(eventTap_, true);
+        if (tap_.tap()) events_.enableTap(tap_.tap(), true);
         return event;
     }
     const TapDecision decision = engine_.handleEvent(readTapEvent(events_, type, event));

@@ -1,6 +1,7 @@
 // Owns the session-wide keyboard tap: starts and stops interception and adapts events to the engine.
 #pragma once
 
+#include "interception/InstalledTap.h"
 #include "interception/RemapEngine.h"
 #include "platform/EventSystem.h"
 
@@ -22,9 +23,6 @@ class EventTapManager : public QObject {
     Q_PROPERTY(QString lastError READ lastErrorText NOTIFY lastErrorChanged)
 
 public:
-    // keyDown, keyUp, flagsChanged and systemDefined.
-    static constexpr std::uint64_t eventMask = 0x5C00;
-
     EventTapManager(EventSystem& events, MappingStore& store, QObject* parent = nullptr);
     // Releases a tap it still holds without disabling it.
     ~EventTapManager() override;
@@ -43,7 +41,7 @@ public:
     Q_INVOKABLE void stop();
 
     // The tap while running (the system may disable it; the simulator does so on request).
-    const EventSystem::TapHandle& eventTap() const { return eventTap_; }
+    const EventSystem::TapHandle& eventTap() const { return tap_.tap(); }
 
 signals:
     void isRunningChanged(bool isRunning);
@@ -61,8 +59,7 @@ private:
     RemapEngine engine_;
     bool isRunning_ = false;
     std::optional<QString> lastError_;
-    EventSystem::TapHandle eventTap_;
-    EventSystem::SourceHandle runLoopSource_;
+    InstalledTap tap_;
 };
 
 // Reads the engine's record of a platform event.

@@ -28,25 +28,16 @@ KeyRecorder::KeyRecorder(EventSystem& events, bool allowModifiers, bool wasMainT
     : events_(events), allowModifiers_(allowModifiers), onKeyRecorded_(std::move(onKeyRecorded)), wasMainTapRunning_(wasMainTapRunning) {}
 
 void KeyRecorder::start() {
-    eventTap_ = events_.createTap(TapLocation::session, TapPlacement::headInsert, TapOptions::activeFilter,
-                                  EventTapManager::eventMask, &tapCallback, this);
-    if (!eventTap_) {
+    switch (tap_.install(events_, TapOptions::activeFilter, &tapCallback, this, /*keepTapWithoutSource=*/true)) {
+    case InstalledTap::Result::tapFailed:
         print("KeyRecorder: Failed to create event tap - check Accessibility permission");
         return;
+    case InstalledTap::Result::sourceFailed: return;  // the tap stays unenabled, silently
+    case InstalledTap::Result::installed: print("KeyRecorder: Event tap started successfully"); return;
     }
-    runLoopSource_ = events_.createRunLoopSource(eventTap_);
-    if (!runLoopSource_) return;  // the tap stays unenabled
-    events_.addToCurrentRunLoop(runLoopSource_);
-    events_.enableTap(eventTap_, true);
-    print("KeyRecorder: Event tap started successfully");
 }
 
-void KeyRecorder::stop() {
-    if (eventTap_) events_.enableTap(eventTap_, false);
-    if (runLoopSource_) events_.removeFromCurrentRunLoop(runLoopSource_);
-    eventTap_.reset();
-    runLoopSource_.reset();
-}
+void KeyRecorder::stop() { tap_.uninstall(events_); }
 
 PlatformEvent* KeyRecorder::tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo) {
     if (!userInfo) return event;

@@ -1,6 +1,7 @@
 // A short-lived tap of its own that captures one key press and swallows it.
 #pragma once
 
+#include "interception/InstalledTap.h"
 #include "model/Mapping.h"
 #include "platform/EventSystem.h"
 
@@ -34,8 +35,7 @@ private:
     static PlatformEvent* tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo);
 
     EventSystem& events_;
-    EventSystem::TapHandle eventTap_;
-    EventSystem::SourceHandle runLoopSource_;
+    InstalledTap tap_;
     const bool allowModifiers_;
     std::function<void(const RecordedKey&)> onKeyRecorded_;
     const bool wasMainTapRunning_;
