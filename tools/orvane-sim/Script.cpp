@@ -116,7 +116,7 @@ ScriptItem parseLine(const std::vector<std::string>& tokens) {
             if (given.count("data1")) fields.data1 = static_cast<std::int64_t>(parseHex(given.at("data1"), "data1"));
             event.systemDefined = fields;
         } else if (given.count("data1")) {
-            throw Malformed{"data1 needs a subtype"};
+            parseHex(given.at("data1"), "data1");  // still checked, but the event carries no data1
         }
         return item;
     }
