@@ -24,11 +24,7 @@ IndexedMappings listEndingWith(std::size_t size, KeyMapping last) {
 }
 
 TapEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0) {
-    TapEvent event;
-    event.type = type;
-    event.keyCode = static_cast<std::uint16_t>(rawValue(key));
-    event.flags = flags;
-    return event;
+    return TapEvent::decode(type, static_cast<std::uint16_t>(rawValue(key)), flags, 0);
 }
 
 void runDecision(benchmark::State& state, KeyMapping last, TapEvent event) {
@@ -57,10 +53,7 @@ void blocked(benchmark::State& state) {
     runDecision(state, {Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::block(), true}, keyEvent(TapEventType::keyDown, KeyCode::a));
 }
 void systemKey(benchmark::State& state) {
-    TapEvent event;
-    event.type = TapEventType::systemDefined;
-    event.subtype = auxControlButtonsSubtype;
-    event.data1 = 0x00100A00;  // Play/Pause pressed
+    const TapEvent event = TapEvent::decode(TapEventType::systemDefined, 0, 0, 0, auxControlButtonsSubtype, 0x00100A00);  // Play/Pause pressed
     runDecision(state, {Uuid::random(), SourceKey::system(SystemKeyID::playPause), TargetAction::key(KeyCode::f13), true}, event);
 }
 void flagsChanged(benchmark::State& state) {

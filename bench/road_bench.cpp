@@ -75,9 +75,7 @@ void replacedKeyWithCapture(benchmark::State& state) { runRoad(state, true, KeyC
 void engineDecisionAlone(benchmark::State& state) {
     Road road(false);
     const RemapEngine engine(*road.store);
-    TapEvent event;
-    event.type = 10;
-    event.keyCode = static_cast<std::uint16_t>(rawValue(KeyCode::a));
+    const TapEvent event = TapEvent::decode(TapEventType::keyDown, static_cast<std::uint16_t>(rawValue(KeyCode::a)), 0, 0);
     for (auto _ : state) {
         benchmark::DoNotOptimize(event);
         TapDecision decision = engine.handleEvent(event);

@@ -1,32 +1,30 @@
-// The record of one keyboard event captured for the key event debugger.
+// The record of one keyboard event captured for the key event debugger: what arrived and what a mapping does with it.
 #pragma once
 
+#include "interception/TapEvent.h"
+#include "model/Mapping.h"
 #include "model/Uuid.h"
 
 #include <chrono>
-#include <cstdint>
 #include <optional>
-#include <string>
 
 namespace orvane {
 
-// Absent optionals do not apply to the event; the debugger shows nothing for them.
+// Data only; the debugger's views word it.
 struct DebugEvent {
     Uuid id;
-    std::chrono::system_clock::time_point timestamp;
-    int eventType = 0;
-    std::string eventTypeName;          // "keyDown", "keyUp", "flagsChanged", "systemDefined" or "unknown"
-    std::optional<int> subtype;         // system-defined events
-    std::optional<std::int64_t> data1;  // system-defined events
-    std::optional<std::string> data1Hex;
-    std::optional<int> keycode;         // key and flags events, after the Caps Lock translation
-    std::optional<std::uint64_t> flags;
-    std::optional<std::string> decodedInfo;       // "→ " and the key's name
-    std::optional<std::string> interceptionInfo;  // what a mapping does with the key
+    std::chrono::system_clock::time_point timestamp;  // when the tap callback ran
+    // The event as decoded. F18 that the HID layer made of Caps Lock is recorded as Caps Lock
+    // (key and keyCode), because that is the key that was pressed.
+    TapEvent event;
+    // The first enabled mapping of the event's key, as the list stood at capture time; none when
+    // the key has none. Disabled mappings never appear.
+    std::optional<KeyMapping> mapping;
+    // The mapping is Caps Lock's and the HID layer carries it out (to its key, or through F18),
+    // rather than the tap alone.
+    bool isMappedInHIDLayer = false;
+    // The main tap was running at capture time, so the mapping was in force.
     bool isInterceptionActive = false;
 };
-
-// "0x" and the upper-case hexadecimal digits of the 64-bit word, without leading zeros.
-std::string hexWord(std::uint64_t value);
 
 }  // namespace orvane

@@ -3,7 +3,7 @@
 
 #include "interception/DebugEvent.h"
 #include "interception/InstalledTap.h"
-#include "model/Mapping.h"
+#include "model/MappingLookup.h"
 #include "platform/EventSystem.h"
 
 #include <functional>
@@ -12,7 +12,6 @@
 namespace orvane {
 
 class EventTapManager;
-class MappingStore;
 
 class EventCapturer {
 public:
@@ -20,7 +19,7 @@ public:
     static inline const std::set<int> noiseSubtypes{7, 18, 19, 211};
 
     // Creates no tap yet. filterNoise is asked afresh for every event.
-    EventCapturer(EventSystem& events, const MappingStore& store, const EventTapManager& manager,
+    EventCapturer(EventSystem& events, const MappingLookup& mappings, const EventTapManager& manager,
                   std::function<void(const DebugEvent&)> onEvent, std::function<bool()> filterNoise);
     ~EventCapturer();
 
@@ -35,15 +34,13 @@ public:
     // The tap callback's body; calls onEvent synchronously unless the event is ignored.
     void handleCapturedEvent(std::uint32_t type, const PlatformEvent* event);
 
-    // What a mapping's target does, as the debugger words it.
-    static std::string describeTarget(const TargetAction& target);
-
 private:
     static PlatformEvent* tapCallback(std::uint32_t type, PlatformEvent* event, void* userInfo);
-    std::optional<std::string> interceptionInfoForKey(KeyCode key) const;
+    bool isNoise(const TapEvent& event) const;
+    void findMapping(DebugEvent& record) const;
 
     EventSystem& events_;
-    const MappingStore& store_;
+    const MappingLookup& mappings_;
     const EventTapManager& manager_;
     InstalledTap tap_;
     std::function<void(const DebugEvent&)> onEvent_;

@@ -1,25 +1,12 @@
 #include "interception/EventTapManager.h"
 
+#include "interception/TapEventReading.h"
+
 #include "platform/Diagnostics.h"
 #include "platform/SharedInstance.h"
 #include "store/MappingStore.h"
 
 namespace orvane {
-
-TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const PlatformEvent* event) {
-    TapEvent record;
-    record.type = type;
-    record.keyCode = static_cast<std::uint16_t>(events.integerField(event, EventField::keyboardEventKeycode));
-    record.flags = events.flags(event);
-    record.userData = events.integerField(event, EventField::eventSourceUserData);
-    if (type == TapEventType::systemDefined) {
-        if (const auto fields = events.systemDefinedFields(event)) {
-            record.subtype = fields->subtype;
-            record.data1 = fields->data1;
-        }
-    }
-    return record;
-}
 
 EventTapManager::EventTapManager(EventSystem& events, MappingStore& store, QObject* parent)
     : QObject(parent), events_(events), store_(store), engine_(store) {}

@@ -62,7 +62,4 @@ private:
     InstalledTap tap_;
 };
 
-// Reads the engine's record of a platform event.
-TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const PlatformEvent* event);
-
 }  // namespace orvane

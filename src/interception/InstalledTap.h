@@ -1,6 +1,7 @@
 // A session keyboard tap together with its run-loop source: created, put in the run loop, taken out.
 #pragma once
 
+#include "interception/TapEvent.h"
 #include "platform/EventSystem.h"
 
 namespace orvane {
@@ -9,7 +10,8 @@ namespace orvane {
 // key down, key up, flags changed and system-defined events.
 class InstalledTap {
 public:
-    static constexpr std::uint64_t eventMask = 0x5C00;
+    static constexpr std::uint64_t eventMask = eventMaskBit(TapEventType::keyDown) | eventMaskBit(TapEventType::keyUp) |
+                                               eventMaskBit(TapEventType::flagsChanged) | eventMaskBit(TapEventType::systemDefined);
 
     enum class Result { installed, tapFailed, sourceFailed };
 

@@ -1,6 +1,6 @@
 #include "interception/KeyRecorder.h"
 
-#include "interception/EventTapManager.h"
+#include "interception/TapEventReading.h"
 #include "platform/Diagnostics.h"
 
 #include <algorithm>
@@ -11,14 +11,12 @@ namespace {
 void print(const std::string& line) { diagnostics::printLine(line); }
 
 // A press of a recordable media key; releases and everything else give none.
-std::optional<SystemKeyID> decodeSystemKey(const TapEvent& event) {
-    if (event.subtype != auxControlButtonsSubtype) return std::nullopt;
-    if ((event.data1 & 0x100) != 0) return std::nullopt;
-    const auto keyType = static_cast<int>((event.data1 >> 16) & 0xFF);
-    if (std::find(std::begin(KeyRecorder::recordableSystemKeyTypes), std::end(KeyRecorder::recordableSystemKeyTypes), keyType) ==
-        std::end(KeyRecorder::recordableSystemKeyTypes))
-        return std::nullopt;
-    return systemKeyFromRaw(keyType);
+std::optional<SystemKeyID> recordableSystemKeyPress(const TapEvent& event) {
+    if (!event.systemKey || !event.isDown.value_or(false)) return std::nullopt;
+    const int keyType = rawValue(*event.systemKey);
+    const auto& recordable = KeyRecorder::recordableSystemKeyTypes;
+    if (std::find(std::begin(recordable), std::end(recordable), keyType) == std::end(recordable)) return std::nullopt;
+    return event.systemKey;
 }
 
 }  // namespace
@@ -51,7 +49,7 @@ bool KeyRecorder::handleRecorderEvent(std::uint32_t type, const PlatformEvent* p
 
     if (type == TapEventType::systemDefined) {
         print("KeyRecorder: Got system-defined event");
-        const auto id = decodeSystemKey(event);
+        const auto id = recordableSystemKeyPress(event);
         if (!id) return true;
         const RecordedKey recorded{SourceKey::system(*id), {}};
         print("KeyRecorder: Decoded system key: " + recorded.sourceKey.displayName());
@@ -61,26 +59,18 @@ bool KeyRecorder::handleRecorderEvent(std::uint32_t type, const PlatformEvent* p
 
     if (type == TapEventType::flagsChanged) {
         if (allowModifiers_) return true;  // the modifiers come with the next key-down instead
-        const auto key = keyCodeFromRaw(event.keyCode);
-        if (!key || !isModifierKey(*key)) return true;
-        print("KeyRecorder: Decoded modifier: " + std::string(displayName(*key)));
-        if (*key == KeyCode::function) return false;  // Fn alone is no mapping source; keep recording
-        onKeyRecorded_(RecordedKey{SourceKey::regular(*key), {}});
+        if (!event.key || !isModifierKey(*event.key)) return true;
+        print("KeyRecorder: Decoded modifier: " + std::string(displayName(*event.key)));
+        if (*event.key == KeyCode::function) return false;  // Fn alone is no mapping source; keep recording
+        onKeyRecorded_(RecordedKey{SourceKey::regular(*event.key), {}});
         return false;
     }
 
     if (type == TapEventType::keyDown) {
         print("KeyRecorder: Got keyDown event");
-        const auto key = keyCodeFromRaw(event.keyCode);
-        if (!key) return true;
-        Modifiers modifiers;
-        if (allowModifiers_) {
-            modifiers.command = (event.flags & EventFlag::command) != 0;
-            modifiers.option = (event.flags & EventFlag::alternate) != 0;
-            modifiers.control = (event.flags & EventFlag::control) != 0;
-            modifiers.shift = (event.flags & EventFlag::shift) != 0;
-        }
-        const RecordedKey recorded{SourceKey::regular(*key), modifiers};
+        if (!event.key) return true;
+        const Modifiers modifiers = allowModifiers_ ? Modifiers::fromEventFlags(event.flags) : Modifiers{};
+        const RecordedKey recorded{SourceKey::regular(*event.key), modifiers};
         print("KeyRecorder: Decoded key: " + recorded.sourceKey.displayName());
         onKeyRecorded_(recorded);
         return false;

@@ -13,14 +13,8 @@ public:
     // Reads the lookups afresh for every event; keeps no state. Runs on the tap's thread.
     TapDecision handleEvent(const TapEvent& event) const;
 
-    // The CGEventFlags for a set of modifiers: Command, Option, Control and Shift bits ORed.
-    static std::uint64_t modifierFlags(const Modifiers& modifiers);
-
-    // Replacement events for a mapping. pressAndRelease turns one toggle into a whole press.
-    static TapDecision performAction(const KeyMapping& mapping, bool isKeyDown, bool pressAndRelease);
-
 private:
-    TapDecision handleKey(const TapEvent& event, bool isKeyDown) const;
+    TapDecision handleKey(const TapEvent& event) const;
     TapDecision handleFlagsChanged(const TapEvent& event) const;
     TapDecision handleSystemDefined(const TapEvent& event) const;
 

@@ -1,6 +1,9 @@
 // The platform-free records of the remapping engine: an intercepted event and the decision about it.
 #pragma once
 
+#include "model/KeyCode.h"
+#include "model/SystemKeyID.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -23,13 +26,27 @@ inline constexpr std::int64_t syntheticEventMarker = 0x4F5256414E45;
 // The system-defined subtype of media and special keys (NX_SUBTYPE_AUX_CONTROL_BUTTONS).
 inline constexpr std::int16_t auxControlButtonsSubtype = 8;
 
+// One event as every reader sees it: the platform's fields and what they mean, decoded once by
+// decode() so that the engine, the recorder and the capture never pick bits apart themselves.
 struct TapEvent {
     std::uint32_t type = 0;
-    std::uint16_t keyCode = 0;            // key and flags-changed events
-    std::uint64_t flags = 0;
+    std::uint16_t keyCode = 0;            // key and flags-changed events: the virtual key code
+    std::uint64_t flags = 0;              // the modifier flags held at the event
     std::optional<std::int16_t> subtype;  // system-defined events; none when the conversion failed
-    std::int64_t data1 = 0;
-    std::int64_t userData = 0;
+    std::int64_t data1 = 0;               // system-defined events: the first data word
+
+    // ---- Decoded ----
+    bool isSynthetic = false;               // we posted it: it carries syntheticEventMarker
+    std::optional<KeyCode> key;             // events other than system-defined ones whose code is in the catalogue
+    std::optional<int> auxKeyType;          // media key events (subtype 8): the NX key type, bits 16 to 23 of data1
+    std::optional<SystemKeyID> systemKey;   // ... when that type is one of the catalogue's system keys
+    // Whether the event presses or releases its key: key down/up, a modifier's flag after a flags
+    // change, a media key's key-state byte. None where it cannot be told.
+    std::optional<bool> isDown;
+
+    // Decodes an event from the platform's raw fields.
+    static TapEvent decode(std::uint32_t type, std::uint16_t keyCode, std::uint64_t flags, std::int64_t userData,
+                           std::optional<std::int16_t> subtype = std::nullopt, std::int64_t data1 = 0);
 };
 
 struct SyntheticKeyEvent {

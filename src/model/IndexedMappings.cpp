@@ -12,9 +12,4 @@ void IndexedMappings::setCapsLockHIDState(bool remapped, bool direct) {
     capsLockDirect_ = direct;
 }
 
-const KeyMapping* IndexedMappings::capsLockMappingViaF18() const {
-    if (!capsLockRemapped_ || capsLockDirect_) return nullptr;
-    return capsLockMapping();
-}
-
 }  // namespace orvane

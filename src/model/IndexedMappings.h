@@ -17,15 +17,11 @@ public:
     const std::vector<KeyMapping>& list() const { return mappings_; }
 
     void setCapsLockHIDState(bool remapped, bool direct);
-    bool isCapsLockDirectHID() const { return capsLockDirect_; }
-
-    // First enabled Caps Lock mapping, whatever the HID state.
-    const KeyMapping* capsLockMapping() const { return mappingForKey(KeyCode::capsLock); }
 
     const KeyMapping* mappingForKey(KeyCode key) const override { return at(index_.firstEnabled(key)); }
     const KeyMapping* mappingForSystemKey(SystemKeyID key) const override { return at(index_.firstEnabled(key)); }
-    const KeyMapping* capsLockMappingViaF18() const override;
     bool isCapsLockHIDRemapped() const override { return capsLockRemapped_; }
+    bool isCapsLockDirectHID() const override { return capsLockDirect_; }
 
 private:
     const KeyMapping* at(std::optional<std::size_t> position) const { return position ? &mappings_[*position] : nullptr; }

@@ -135,6 +135,7 @@ inline constexpr std::uint64_t control = 0x40000;
 inline constexpr std::uint64_t alternate = 0x80000;  // Option
 inline constexpr std::uint64_t command = 0x100000;
 inline constexpr std::uint64_t secondaryFn = 0x800000;
+inline constexpr std::uint64_t nonCoalesced = 0x100;  // set on nearly every event
 }  // namespace EventFlag
 
 constexpr int rawValue(KeyCode key) { return static_cast<int>(key); }

@@ -44,6 +44,19 @@ struct Modifiers {
     bool control = false;
     bool shift = false;
 
+    // The modifiers whose flags (Command, Option, Control, Shift) are set in an event's flags word.
+    static constexpr Modifiers fromEventFlags(std::uint64_t flags) {
+        return {.command = (flags & EventFlag::command) != 0,
+                .option = (flags & EventFlag::alternate) != 0,
+                .control = (flags & EventFlag::control) != 0,
+                .shift = (flags & EventFlag::shift) != 0};
+    }
+    // The flags word of these modifiers: their bits ORed.
+    constexpr std::uint64_t eventFlags() const {
+        return (command ? EventFlag::command : 0) | (option ? EventFlag::alternate : 0) | (control ? EventFlag::control : 0) |
+               (shift ? EventFlag::shift : 0);
+    }
+
     constexpr bool isEmpty() const { return !command && !option && !control && !shift; }
     // Glyphs of the set flags in the order ⌃ ⌥ ⇧ ⌘ (not the field order).
     std::string modifierSymbols() const;

@@ -52,10 +52,8 @@ public:
 
     const KeyMapping* mappingForKey(KeyCode key) const override { return table_.mappingForKey(key); }
     const KeyMapping* mappingForSystemKey(SystemKeyID key) const override { return table_.mappingForSystemKey(key); }
-    const KeyMapping* capsLockMappingViaF18() const override { return table_.capsLockMappingViaF18(); }
     bool isCapsLockHIDRemapped() const override { return table_.isCapsLockHIDRemapped(); }
-    bool isCapsLockDirectHID() const { return table_.isCapsLockDirectHID(); }
-    const KeyMapping* capsLockMapping() const { return table_.capsLockMapping(); }
+    bool isCapsLockDirectHID() const override { return table_.isCapsLockDirectHID(); }
     std::vector<KeyMapping> enabledMappings() const;
 
     // Queues the Caps Lock decision and returns at once.

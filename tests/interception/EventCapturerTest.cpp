@@ -1,9 +1,12 @@
 // The debugger's capture: decoding, the noise filter and what it ignores.
 #include "InterceptionFixture.h"
 #include "interception/EventCapturer.h"
+#include "ui/debugger/DebugEventWords.h"
 
 using namespace orvane;
 using namespace orvane::testing;
+using orvane::debugwords::decodedInfo;
+using orvane::debugwords::interceptionInfo;
 
 namespace {
 
@@ -52,14 +55,14 @@ TEST_F(EventCapturerTest, decodesKeysAndWhatTheirMappingsDo) {
     };
     for (const auto& [event, decoded, interception] : cases) {
         const DebugEvent record = captureOne(event);
-        EXPECT_EQ(record.decodedInfo, decoded);
-        EXPECT_EQ(record.interceptionInfo, interception);
+        EXPECT_EQ(decodedInfo(record), decoded);
+        EXPECT_EQ(interceptionInfo(record), interception);
         EXPECT_FALSE(record.isInterceptionActive);
     }
     // The record's other fields are written out, and compared, by the capture scenario files. Last, a
     // system-defined event that did not convert.
     const DebugEvent bare = captureOne({.type = 14, .systemDefined = std::nullopt});
-    EXPECT_FALSE(bare.subtype || bare.data1 || bare.keycode || bare.decodedInfo);
+    EXPECT_FALSE(bare.event.subtype || debugwords::data1Hex(bare) || debugwords::hasKeyFields(bare) || decodedInfo(bare));
 }
 
 TEST_F(EventCapturerTest, capsLockThroughTheHidLayer) {
@@ -67,15 +70,15 @@ TEST_F(EventCapturerTest, capsLockThroughTheHidLayer) {
     capturer->start();
     store->setCapsLockHIDState(true, false);
     DebugEvent viaF18 = captureOne(keyDown(KeyCode::f18));
-    EXPECT_EQ(viaF18.keycode, 57);
-    EXPECT_EQ(viaF18.decodedInfo, "\u2192 Caps Lock");
-    EXPECT_EQ(viaF18.interceptionInfo, "\u26A1 HID \u2192 \u2325\u2318\u2423");
+    EXPECT_EQ(viaF18.event.keyCode, 57);
+    EXPECT_EQ(decodedInfo(viaF18), "\u2192 Caps Lock");
+    EXPECT_EQ(interceptionInfo(viaF18), "\u26A1 HID \u2192 \u2325\u2318\u2423");
 
     store->setCapsLockHIDState(true, true);
-    EXPECT_EQ(captureOne(keyDown(KeyCode::f18)).keycode, 79);
+    EXPECT_EQ(captureOne(keyDown(KeyCode::f18)).event.keyCode, 79);
 
     store->setCapsLockHIDState(false, false);
-    EXPECT_EQ(captureOne(flagsChanged(KeyCode::capsLock, 0x10000)).interceptionInfo, "\u26A1 Tap \u2192 \u2325\u2318\u2423");
+    EXPECT_EQ(interceptionInfo(captureOne(flagsChanged(KeyCode::capsLock, 0x10000))), "\u26A1 Tap \u2192 \u2325\u2318\u2423");
 }
 
 TEST_F(EventCapturerTest, theNoiseFilterHidesItsSubtypesAndEmptyFlagChangesOfKeyZero) {

@@ -1,8 +1,11 @@
 #include "OutputText.h"
 
 #include "interception/TapEvent.h"
+#include "ui/debugger/DebugEventWords.h"
 
 namespace orvane::sim {
+
+using debugwords::hexWord;
 
 std::string describeEvent(const PlatformEvent& event) {
     std::string text;
@@ -35,13 +38,12 @@ std::string describeDelivered(const std::vector<PlatformEvent>& events) {
 }
 
 std::string describeCapture(const DebugEvent& record) {
-    std::string text = "capture: " + record.eventTypeName;
-    if (record.subtype) text += " subtype=" + std::to_string(*record.subtype);
-    if (record.data1Hex) text += " data1=" + *record.data1Hex;
-    if (record.keycode) text += " keycode=" + std::to_string(*record.keycode);
-    if (record.flags) text += " flags=" + hexWord(*record.flags);
-    if (record.decodedInfo) text += " decoded=\"" + *record.decodedInfo + "\"";
-    if (record.interceptionInfo) text += " interception=\"" + *record.interceptionInfo + "\"";
+    const TapEvent& event = record.event;
+    std::string text = "capture: " + debugwords::eventTypeName(event.type);
+    if (event.subtype) text += " subtype=" + std::to_string(*event.subtype) + " data1=" + *debugwords::data1Hex(record);
+    if (debugwords::hasKeyFields(record)) text += " keycode=" + std::to_string(event.keyCode) + " flags=" + hexWord(event.flags);
+    if (const auto decoded = debugwords::decodedInfo(record)) text += " decoded=\"" + *decoded + "\"";
+    if (const auto interception = debugwords::interceptionInfo(record)) text += " interception=\"" + *interception + "\"";
     text += record.isInterceptionActive ? " active=true" : " active=false";
     return text;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "interception/DebugEvent.h"
-#include "platform/sim/PlatformEvent.h"
+#include "platform/tapchain/PlatformEvent.h"
 
 #include <string>
 #include <vector>

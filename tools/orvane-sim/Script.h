@@ -1,7 +1,7 @@
 // The simulator's script: one item per line, parsed completely before anything runs.
 #pragma once
 
-#include "platform/sim/PlatformEvent.h"
+#include "platform/tapchain/PlatformEvent.h"
 
 #include <string>
 #include <string_view>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/sim/SimAccessibility.h"
-#include "platform/sim/TapChain.h"
+#include "platform/tapchain/TapChain.h"
 
 #include <vector>
 

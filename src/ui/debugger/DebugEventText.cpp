@@ -1,7 +1,7 @@
 #include "ui/debugger/DebugEventText.h"
 
-#include "interception/TapEvent.h"
 #include "model/KeyCode.h"
+#include "ui/debugger/DebugEventWords.h"
 
 #include <QDateTime>
 
@@ -13,59 +13,36 @@ namespace {
 
 using namespace EventFlag;
 
-// Left out of the hexadecimal remainder: the non-coalesced bit (0x100), which nearly every event
-// carries, and fn, which has its own glyph.
-constexpr std::uint64_t quietBits = 0x800100;
+// Left out of the hexadecimal remainder: the non-coalesced bit, which nearly every event carries,
+// and fn, which has its own glyph.
+constexpr std::uint64_t quietBits = nonCoalesced | secondaryFn;
 
-std::optional<std::uint64_t> modifierFlag(int keycode) {
-    switch (keycode) {
-    case rawValue(KeyCode::rightCommand):
-    case rawValue(KeyCode::leftCommand): return command;
-    case rawValue(KeyCode::leftShift):
-    case rawValue(KeyCode::rightShift): return shift;
-    case rawValue(KeyCode::capsLock): return alphaShift;
-    case rawValue(KeyCode::leftOption):
-    case rawValue(KeyCode::rightOption): return alternate;
-    case rawValue(KeyCode::leftControl):
-    case rawValue(KeyCode::rightControl): return control;
-    case rawValue(KeyCode::function): return secondaryFn;
-    default: return std::nullopt;
-    }
-}
-
-QString systemLabel(const DebugEvent& event) {
+QString systemLabel(const TapEvent& event) {
     if (!event.subtype) return QStringLiteral("\u25C6 system");
-    if (*event.subtype == auxControlButtonsSubtype && event.data1)
-        // Bit 8 of data1 is set on the release of a media key.
-        return (*event.data1 & 0x100) ? QStringLiteral("\u2191 system") : QStringLiteral("\u2193 system");
+    if (event.isDown) return *event.isDown ? QStringLiteral("\u2193 system") : QStringLiteral("\u2191 system");
     return QStringLiteral("\u25C6 sys:") + QString::number(*event.subtype);
 }
 
 }  // namespace
 
-bool modifierIsDown(int keycode, std::uint64_t flags) {
-    const auto flag = modifierFlag(keycode);
-    return flag && (flags & *flag) != 0;
-}
-
-QString directionLabel(const DebugEvent& event) {
-    switch (event.eventType) {
-    case 10: return QStringLiteral("\u2193 keyDown");
-    case 11: return QStringLiteral("\u2191 keyUp");
-    case 12:
-        if (!event.keycode || !event.flags) return QStringLiteral("\u21C5 flags");
-        return modifierIsDown(*event.keycode, *event.flags) ? QStringLiteral("\u2193 flags") : QStringLiteral("\u2191 flags");
-    case 14: return systemLabel(event);
+QString directionLabel(const DebugEvent& record) {
+    const TapEvent& event = record.event;
+    switch (event.type) {
+    case TapEventType::keyDown: return QStringLiteral("\u2193 keyDown");
+    case TapEventType::keyUp: return QStringLiteral("\u2191 keyUp");
+    // A flags change of a key that is no modifier reads as a release.
+    case TapEventType::flagsChanged: return event.isDown.value_or(false) ? QStringLiteral("\u2193 flags") : QStringLiteral("\u2191 flags");
+    case TapEventType::systemDefined: return systemLabel(event);
     default: return QStringLiteral("? unknown");
     }
 }
 
-BadgeTone badgeTone(int eventType) {
+BadgeTone badgeTone(std::uint32_t eventType) {
     switch (eventType) {
-    case 10: return BadgeTone::Blue;
-    case 11: return BadgeTone::Gray;
-    case 12: return BadgeTone::Purple;
-    case 14: return BadgeTone::Orange;
+    case TapEventType::keyDown: return BadgeTone::Blue;
+    case TapEventType::keyUp: return BadgeTone::Gray;
+    case TapEventType::flagsChanged: return BadgeTone::Purple;
+    case TapEventType::systemDefined: return BadgeTone::Orange;
     default: return BadgeTone::Secondary;
     }
 }
@@ -88,14 +65,9 @@ QString flagsText(std::uint64_t flags) {
     return QStringLiteral("0x") + QString::number(rest, 16).toUpper();
 }
 
-QString shownFlagsText(const DebugEvent& event) {
-    if (!event.flags || *event.flags == 0) return {};
-    return flagsText(*event.flags);
-}
-
-std::optional<int> nxKeyCode(const DebugEvent& event) {
-    if (event.eventType != 14 || event.subtype != auxControlButtonsSubtype || !event.data1) return std::nullopt;
-    return static_cast<int>((*event.data1 >> 16) & 0xFF);
+QString shownFlagsText(const DebugEvent& record) {
+    if (!debugwords::hasKeyFields(record) || record.event.flags == 0) return {};
+    return flagsText(record.event.flags);
 }
 
 QString captureTimeText(std::chrono::system_clock::time_point time) {

@@ -4,6 +4,7 @@
 #include "interception/EventTapManager.h"
 #include "store/MappingStore.h"
 #include "ui/debugger/DebugEventText.h"
+#include "ui/debugger/DebugEventWords.h"
 
 #include <QMetaObject>
 
@@ -34,14 +35,11 @@ QVariant DebugViewModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case TimeRole: return debugtext::captureTimeText(record.timestamp);
     case DirectionRole: return debugtext::directionLabel(record);
-    case ToneRole: return QVariant::fromValue(debugtext::badgeTone(record.eventType));
-    case KeyCodeRole: return record.keycode ? QString::number(*record.keycode) : QString();
-    case NxCodeRole: {
-        const auto code = debugtext::nxKeyCode(record);
-        return code ? QString::number(*code) : QString();
-    }
-    case DecodedRole: return optionalText(record.decodedInfo);
-    case InterceptionRole: return optionalText(record.interceptionInfo);
+    case ToneRole: return QVariant::fromValue(debugtext::badgeTone(record.event.type));
+    case KeyCodeRole: return debugwords::hasKeyFields(record) ? QString::number(record.event.keyCode) : QString();
+    case NxCodeRole: return record.event.auxKeyType ? QString::number(*record.event.auxKeyType) : QString();
+    case DecodedRole: return optionalText(debugwords::decodedInfo(record));
+    case InterceptionRole: return optionalText(debugwords::interceptionInfo(record));
     case InterceptionActiveRole: return record.isInterceptionActive;
     case FlagsRole: return debugtext::shownFlagsText(record);
     default: return {};

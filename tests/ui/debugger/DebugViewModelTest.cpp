@@ -1,6 +1,6 @@
 // The debugger's state without a view: the list's order and limit, scroll requests, the capture's tap.
 #include "UiHarness.h"
-#include "platform/sim/PlatformEvent.h"
+#include "platform/tapchain/PlatformEvent.h"
 #include "ui/debugger/DebugViewModel.h"
 
 #include <gtest/gtest.h>
@@ -13,10 +13,9 @@ using namespace orvane::testing;
 namespace {
 
 DebugEvent keyDownRecord(int keycode) {
-    DebugEvent event;
-    event.eventType = 10;
-    event.keycode = keycode;
-    return event;
+    DebugEvent record;
+    record.event = TapEvent::decode(TapEventType::keyDown, static_cast<std::uint16_t>(keycode), 0, 0);
+    return record;
 }
 
 }  // namespace
@@ -27,8 +26,8 @@ TEST(DebugViewModel, aFullListKeepsTheNewestHundredAndStopsAskingToScroll) {
     QSignalSpy scrolls(&model, &DebugViewModel::scrollToNewest);
     for (int i = 0; i < 150; ++i) model.addEvent(keyDownRecord(i));
     EXPECT_EQ(model.count(), 100);
-    EXPECT_EQ(model.events().front().keycode, 149);  // newest first, the oldest dropped
-    EXPECT_EQ(model.events().back().keycode, 50);
+    EXPECT_EQ(model.events().front().event.keyCode, 149);  // newest first, the oldest dropped
+    EXPECT_EQ(model.events().back().event.keyCode, 50);
     EXPECT_EQ(scrolls.count(), 100);
 
     model.clear();  // nothing left to scroll to

@@ -1,6 +1,6 @@
 // The debugger window's content over the simulated event system: status, rows, toolbar, closing, screenshots.
 #include "UiHarness.h"
-#include "platform/sim/PlatformEvent.h"
+#include "platform/tapchain/PlatformEvent.h"
 #include "ui/debugger/DebugViewModel.h"
 
 #include <gtest/gtest.h>

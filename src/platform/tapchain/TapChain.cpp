@@ -1,4 +1,4 @@
-#include "platform/sim/TapChain.h"
+#include "platform/tapchain/TapChain.h"
 
 #include <QThread>
 

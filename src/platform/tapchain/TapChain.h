@@ -1,7 +1,7 @@
 // The ordered taps of the event stream, with Quartz's rules for who sees an event and what goes on.
 #pragma once
 
-#include "platform/sim/PlatformEvent.h"
+#include "platform/tapchain/PlatformEvent.h"
 
 #include <QObject>
 #include <QPointer>
