@@ -29,7 +29,6 @@ public:
     // Failure is only printed.
     void start();
     void stop();
-    bool isStarted() const { return tap_.tap() != nullptr; }
 
     // The tap callback's body; calls onEvent synchronously unless the event is ignored.
     void handleCapturedEvent(std::uint32_t type, const PlatformEvent* event);

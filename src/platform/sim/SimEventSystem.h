@@ -47,7 +47,6 @@ public:
     // How many taps currently receive events (enabled, in a run loop).
     int activeTapCount() const;
 
-    const TapChain& chain() const { return chain_; }
 
 protected:
     void releaseEvent(PlatformEvent* event) override { delete event; }
