@@ -51,8 +51,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     updateStatusIcon();
     buildMenu();
     connect(&services_.defaults, &UserDefaults::changed, this, &AppDelegate::updateMenuIconVisibility, Qt::QueuedConnection);
-    connect(&services_.instanceChannel, &InstanceChannel::openConfigRequested, this, &AppDelegate::openConfiguration,
-            Qt::QueuedConnection);
+    connect(&services_.instanceChannel, &InstanceChannel::messageReceived, this, [this](const QByteArray& message) {
+        if (message == openConfigurationMessage) openConfiguration();
+    }, Qt::QueuedConnection);
 }
 
 bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {

@@ -39,6 +39,8 @@ class AppDelegate : public QObject {
     Q_OBJECT
 public:
     static inline const QString showMenuIconKey = QStringLiteral("Orvane.ShowMenuIcon");
+    // What a later launch sends the running instance: open the configuration window.
+    static inline const QByteArray openConfigurationMessage = QByteArrayLiteral("com.user.Orvane.OpenConfig");
     static inline const QString accessibilitySettingsUrl =
         QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 
@@ -52,7 +54,8 @@ public:
     // callers then do nothing.
     static AppDelegate* current();
 
-    // Start-up, once: status item, permission or tap start, update check, subscriptions.
+    // Start-up, once: status item, permission or tap start, update check, subscriptions (among them the
+    // instance channel's messages; other messages than openConfigurationMessage are ignored).
     void applicationDidFinishLaunching();
     // The user reopened the running application. Always true.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);

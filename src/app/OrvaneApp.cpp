@@ -66,7 +66,7 @@ int runOrvaneApp(int argc, char** argv) {
     const bool secondInstance = channel->isAnotherInstanceRunning();
     if (secondInstance) {
         channel->activateOtherInstance();
-        channel->postOpenConfig();
+        channel->postMessage(AppDelegate::openConfigurationMessage);
         QTimer::singleShot(0, &app, &QApplication::quit);
     } else {
         channel->listen();

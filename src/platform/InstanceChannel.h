@@ -1,7 +1,8 @@
-// Single-instance handover: a later launch finds the running instance, wakes it and asks it to open its
-// configuration window; the running instance listens for that request.
+// Single-instance handover: a later launch finds the running instance, wakes it and hands it a short
+// message; the running instance listens for messages. What a message means is the application's.
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 
 namespace orvane {
@@ -9,8 +10,8 @@ namespace orvane {
 class InstanceChannel : public QObject {
     Q_OBJECT
 public:
-    // The one message between instances.
-    static constexpr char openConfigMessage[] = "com.user.Orvane.OpenConfig";
+    // The longest message the channel carries. A message is never empty.
+    static constexpr qsizetype maxMessageSize = 256;
 
     using QObject::QObject;
 
@@ -18,15 +19,16 @@ public:
     virtual bool isAnotherInstanceRunning() = 0;
     // Brings the other instance to the front, where the platform lets one process do that for another.
     virtual void activateOtherInstance() = 0;
-    // Sends the open-configuration message to the other instance; false when nothing received it.
-    virtual bool postOpenConfig() = 0;
-    // Makes this the running instance: from now on a message from a later launch emits
-    // openConfigRequested(). False when another instance already holds the channel.
+    // Sends one message to the other instance; false when nothing received it, or when the message is
+    // empty or longer than maxMessageSize.
+    virtual bool postMessage(const QByteArray& message) = 0;
+    // Makes this the running instance: from now on each message from a later launch emits
+    // messageReceived(). False when another instance already holds the channel.
     virtual bool listen() = 0;
 
 signals:
-    // Main thread, once per message received.
-    void openConfigRequested();
+    // Main thread, once per message received, with the message's bytes as sent.
+    void messageReceived(const QByteArray& message);
 };
 
 }  // namespace orvane

@@ -210,9 +210,12 @@ TEST_F(AppDelegateTest, reopenOpensTheConfigurationUnlessWindowsShowAndTheIconIs
 TEST_F(AppDelegateTest, aSecondLaunchHandsOverToTheRunningInstance) {
     ASSERT_TRUE(app->channel.listen());
     launch();
+    emit app->channel.messageReceived("com.user.Orvane.Other");  // not ours: ignored
+    settle();
+    EXPECT_FALSE(delegate().configWindow());
     LocalSocketInstanceChannel later(app->channelName);  // a later launch, by the same user
     EXPECT_TRUE(later.isAnotherInstanceRunning());
-    EXPECT_TRUE(later.postOpenConfig());
+    EXPECT_TRUE(later.postMessage("com.user.Orvane.OpenConfig"));
     for (int i = 0; i < 200 && !delegate().configWindow(); ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     ASSERT_TRUE(delegate().configWindow());
     EXPECT_TRUE(delegate().configWindow()->isVisible());

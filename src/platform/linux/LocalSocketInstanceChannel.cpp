@@ -41,11 +41,10 @@ bool LocalSocketInstanceChannel::isAnotherInstanceRunning() {
 
 void LocalSocketInstanceChannel::activateOtherInstance() {}
 
-bool LocalSocketInstanceChannel::postOpenConfig() {
-    if (isListening()) return false;
+bool LocalSocketInstanceChannel::postMessage(const QByteArray& message) {
+    if (isListening() || message.isEmpty() || message.size() > maxMessageSize) return false;
     const auto socket = connectTo(name_);
     if (!socket) return false;
-    const QByteArray message(openConfigMessage);
     if (socket->write(message) != message.size()) return false;
     while (socket->bytesToWrite() > 0) {
         if (!socket->waitForBytesWritten(writeTimeoutMs)) return false;
@@ -69,23 +68,26 @@ bool LocalSocketInstanceChannel::listen() {
 }
 
 void LocalSocketInstanceChannel::acceptConnections() {
-    const QByteArray expected(openConfigMessage);
     while (QLocalSocket* socket = server_->nextPendingConnection()) {
-        // A connection is one message, ended by the sender closing; anything that cannot become the
-        // message is cut off as soon as it shows, so a stray client holds at most a few bytes.
-        socket->setReadBufferSize(expected.size() + 1);
+        // A connection is one message, ended by the sender closing; a sender of more than the longest
+        // message is cut off as soon as that shows, so a stray client holds at most a few hundred bytes.
+        // A connection closed without a byte (a later launch looking for this one) is no message.
+        socket->setReadBufferSize(maxMessageSize + 1);
         auto received = std::make_shared<QByteArray>();
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket, received, expected] {
-            received->append(socket->read(expected.size() + 1 - received->size()));
-            if (expected.startsWith(*received)) return;
+        const auto readWithinLimit = [socket, received] {
+            received->append(socket->read(maxMessageSize + 1 - received->size()));
+            return received->size() <= maxMessageSize;
+        };
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket, readWithinLimit] {
+            if (readWithinLimit()) return;
             socket->disconnect(this);
             socket->abort();
             socket->deleteLater();
         });
-        connect(socket, &QLocalSocket::disconnected, this, [this, socket, received, expected] {
-            received->append(socket->read(expected.size() + 1 - received->size()));
+        connect(socket, &QLocalSocket::disconnected, this, [this, socket, received, readWithinLimit] {
+            const bool whole = readWithinLimit();
             socket->deleteLater();
-            if (*received == expected) emit openConfigRequested();
+            if (whole && !received->isEmpty()) emit messageReceived(*received);
         });
     }
 }

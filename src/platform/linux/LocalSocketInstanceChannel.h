@@ -29,7 +29,7 @@ public:
     // its configuration window itself when the message arrives.
     void activateOtherInstance() override;
     // Writes the message over a fresh connection and closes it, which marks the message's end.
-    bool postOpenConfig() override;
+    bool postMessage(const QByteArray& message) override;
     bool listen() override;
 
 private:
