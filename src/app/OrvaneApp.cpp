@@ -8,6 +8,7 @@
 #include "interception/EventTapManager.h"
 #include "platform/EventSystem.h"
 #include "platform/PlatformServices.h"
+#include "platform/PrivateInstance.h"
 #include "store/MappingStore.h"
 #include "ui/UiTypes.h"
 
@@ -43,7 +44,8 @@ void reportFirstFrame(QQuickWindow& window, const QString& path) {
 int runOrvaneApp(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setOrganizationDomain(QStringLiteral("user.com"));
-    QApplication::setApplicationName(QStringLiteral("Orvane"));
+    // A private instance's name keeps its settings and per-application folders apart from the user's.
+    QApplication::setApplicationName(forThisInstance(QStringLiteral("Orvane")));
     // A menu-bar app keeps running with every window closed.
     QApplication::setQuitOnLastWindowClosed(false);
     // From the first moment on, a logout or kill quits in order (and so restores Caps Lock).

@@ -1,5 +1,6 @@
 #include "store/UserDefaults.h"
 
+#include "platform/PrivateInstance.h"
 #include "platform/SharedInstance.h"
 
 #include <QMetaType>
@@ -8,7 +9,8 @@ namespace orvane {
 
 std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
     return std::make_unique<UserDefaults>(
-        std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"), QStringLiteral("Orvane")));
+        std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"),
+                                    forThisInstance(QStringLiteral("Orvane"))));
 }
 
 std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {

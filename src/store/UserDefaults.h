@@ -15,7 +15,8 @@ class UserDefaults : public QObject {
     Q_OBJECT
 public:
     // The application's own database: the defaults domain com.user.Orvane on macOS, the standard
-    // per-user settings file elsewhere (which follows XDG_CONFIG_HOME on Linux).
+    // per-user settings file elsewhere (user.com/Orvane.conf under XDG_CONFIG_HOME on Linux). A private
+    // instance's is com.user.Orvane-<name> (user.com/Orvane-<name>.conf).
     static std::unique_ptr<UserDefaults> openStandard();
     // An isolated database in one file, for tests and tools.
     static std::unique_ptr<UserDefaults> openFile(const QString& path);

@@ -1,5 +1,6 @@
-// The real binary: it starts, a second launch hands over and exits 0, and SIGTERM quits it in order,
-// restoring Caps Lock through the HID tool.
+// The real binary as a private instance: it starts, a second launch of that instance hands over and
+// exits 0, a launch of another instance starts on its own, and SIGTERM quits in order, restoring
+// Caps Lock through the HID tool.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 
 namespace {
@@ -26,18 +28,25 @@ bool waitForOutput(QProcess& process, QByteArray& output, const QByteArray& want
 TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
-    // A check done a moment ago: the smoke run sends no update request.
+    // Private instances of this run only: a running Orvane of the user's is left alone.
+    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
+    const QString otherInstance = instance + QStringLiteral("-other");
+    // A check done a moment ago: the smoke run sends no update request. The first instance finds a
+    // Caps Lock remapping left by an earlier run, which it clears in its own settings.
+    const auto settingsOf = [&](const QString& name) { return config.filePath("user.com/Orvane-" + name + ".conf"); };
     QDir().mkpath(config.filePath("user.com"));
-    QFile settings(config.filePath("user.com/Orvane.conf"));
-    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
-    settings.write(QByteArray("[General]\nOrvane.LastUpdateCheck=") + QByteArray::number(QDateTime::currentSecsSinceEpoch()) + "\n");
-    settings.close();
+    for (const QString& name : {instance, otherInstance}) {
+        QSettings settings(settingsOf(name), QSettings::IniFormat);
+        settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
+        if (name == instance) settings.setValue("Orvane.CapsLockHIDRemapped", true);
+    }
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("QT_QUICK_BACKEND", "software");
     environment.insert("XDG_CONFIG_HOME", config.path());
     environment.insert("ORVANE_HIDUTIL", tool.path());
+    environment.insert("ORVANE_INSTANCE", instance);
 
     QProcess first;
     first.setProcessEnvironment(environment);
@@ -55,6 +64,15 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     EXPECT_FALSE(second.readAllStandardOutput().contains("Event tap started successfully"));  // no start-up in the second
     EXPECT_EQ(first.state(), QProcess::Running);
 
+    QProcess other;
+    environment.insert("ORVANE_INSTANCE", otherInstance);
+    other.setProcessEnvironment(environment);
+    other.start(ORVANE_BINARY, {});
+    QByteArray otherOutput;
+    EXPECT_TRUE(waitForOutput(other, otherOutput, "Event tap started successfully")) << otherOutput.toStdString();
+    other.terminate();
+    ASSERT_TRUE(other.waitForFinished(60000));
+
     const auto clearsBefore = tool.calls().size();
     first.terminate();  // SIGTERM
     ASSERT_TRUE(first.waitForFinished(60000));
@@ -65,4 +83,6 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     const auto calls = tool.calls();
     ASSERT_GE(calls.size(), clearsBefore + 2);  // stopping the tap, then once more on the way out
     EXPECT_EQ(calls.back().last(), R"({"UserKeyMapping":[]})");
+    EXPECT_FALSE(QSettings(settingsOf(instance), QSettings::IniFormat).value("Orvane.CapsLockHIDRemapped").toBool());
+    EXPECT_FALSE(QFile::exists(config.filePath("user.com/Orvane.conf")));  // the user's own settings file
 }

@@ -35,11 +35,13 @@ tint2 >/dev/null 2>&1 & pids+=($!)
 for _ in $(seq 150); do xdotool search --class tint2 >/dev/null 2>&1 && break; sleep 0.2; done
 sleep 1
 
+# A private instance: a running Orvane of the user's is left alone.
+instance=desktop-check-$$
 mkdir -p "$work/config/user.com"
 # A check done a moment ago: no update request from here.
-printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane.conf"
+printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane-$instance.conf"
 QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true ASAN_OPTIONS=detect_leaks=0 \
-  "$binary" >"$work/out.txt" 2>&1 & pids+=($!)
+  ORVANE_INSTANCE=$instance "$binary" >"$work/out.txt" 2>&1 & pids+=($!)
 
 # The status item is the application's small window inside the panel's tray.
 icon=

@@ -1,5 +1,7 @@
 #include "platform/linux/LocalSocketInstanceChannel.h"
 
+#include "platform/PrivateInstance.h"
+
 #include <QByteArray>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -24,7 +26,9 @@ std::unique_ptr<QLocalSocket> connectTo(const QString& name) {
 
 }  // namespace
 
-QString LocalSocketInstanceChannel::defaultName() { return QStringLiteral("com.user.Orvane-%1").arg(::getuid()); }
+QString LocalSocketInstanceChannel::defaultName() {
+    return QStringLiteral("%1-%2").arg(forThisInstance(QStringLiteral("com.user.Orvane"))).arg(::getuid());
+}
 
 LocalSocketInstanceChannel::LocalSocketInstanceChannel(QString name, QObject* parent)
     : InstanceChannel(parent), name_(std::move(name)) {}

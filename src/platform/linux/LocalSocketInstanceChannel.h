@@ -16,7 +16,8 @@ namespace orvane {
 class LocalSocketInstanceChannel : public InstanceChannel {
     Q_OBJECT
 public:
-    // "com.user.Orvane-<uid>": each user's instances are separate.
+    // "com.user.Orvane-<uid>": each user's instances are separate; a private instance's is
+    // "com.user.Orvane-<name>-<uid>".
     static QString defaultName();
 
     explicit LocalSocketInstanceChannel(QString name, QObject* parent = nullptr);

@@ -1,5 +1,7 @@
 #include "platform/linux/XdgAutostartLoginItem.h"
 
+#include "platform/PrivateInstance.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -38,7 +40,8 @@ QString desktopEntryValue(const QByteArray& contents, const QByteArray& key) {
 }  // namespace
 
 QString XdgAutostartLoginItem::entryPath() {
-    return configHome() + QStringLiteral("/autostart/") + QLatin1String(fileName);
+    return configHome() + QStringLiteral("/autostart/") + forThisInstance(QStringLiteral("com.user.Orvane")) +
+           QStringLiteral(".desktop");
 }
 
 QString XdgAutostartLoginItem::execProgram(const QString& executablePath) {
@@ -66,7 +69,11 @@ QByteArray XdgAutostartLoginItem::entryContents(const QString& executablePath) {
     contents += "Type=Application\n";
     contents += "Name=Orvane\n";
     contents += "Comment=Keyboard remapper\n";
-    contents += "Exec=" + execProgram(executablePath).toUtf8() + "\n";
+    // A private instance's entry starts that private instance (its name needs no quoting).
+    const QString instance = privateInstanceName();
+    const QString environment =
+        instance.isEmpty() ? QString() : QStringLiteral("env %1=%2 ").arg(QLatin1String(privateInstanceVariable), instance);
+    contents += "Exec=" + (environment + execProgram(executablePath)).toUtf8() + "\n";
     contents += "Terminal=false\n";
     contents += "X-GNOME-Autostart-enabled=true\n";
     return contents;

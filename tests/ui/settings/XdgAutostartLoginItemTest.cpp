@@ -50,6 +50,16 @@ TEST_F(XdgAutostartTest, registeringWritesAnEntryLaunchingThisExecutableAndUnreg
     EXPECT_EQ(item.unregisterItem(), std::nullopt);  // nothing to remove is no failure
 }
 
+TEST_F(XdgAutostartTest, aPrivateInstanceHasAnEntryOfItsOwnThatStartsIt) {
+    qputenv("ORVANE_INSTANCE", "check/1");
+    EXPECT_EQ(item.registerItem(), std::nullopt);
+    qunsetenv("ORVANE_INSTANCE");
+    EXPECT_EQ(item.status(), LoginItem::Status::notRegistered);  // the user's own entry
+    QFile privateEntry(dir.filePath("config/autostart/com.user.Orvane-check_1.desktop"));
+    ASSERT_TRUE(privateEntry.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(privateEntry.readAll().contains("\nExec=env ORVANE_INSTANCE=check_1 /"));
+}
+
 TEST_F(XdgAutostartTest, switchedOffEntriesAreRewrittenAndEnabledOnesLeftAlone) {
     for (const QByteArray off : {"Hidden=true", "X-GNOME-Autostart-enabled=false"}) {
         writeEntry("[Desktop Entry]\nExec=/usr/bin/orvane\n" + off + "\n");
