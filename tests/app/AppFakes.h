@@ -27,43 +27,30 @@ struct RecordingUrlOpener : UrlOpener {
     }
 };
 
-struct RecordedStatusItem {
-    QString iconName;
-    QString iconDescription;
-    std::vector<StatusMenuItem> menu;
-    std::function<void()> menuWillOpen;
-    bool removed = false;
-};
-
+// Records the item in the bar: its icon, its menu and the menu's opening handler.
 class FakeStatusBar : public StatusBar {
 public:
-    // Every item ever created, oldest first; removed ones stay with removed = true.
-    std::vector<std::shared_ptr<RecordedStatusItem>> items;
-    bool available = true;
-
-    bool isAvailable() const override { return available; }
-    std::unique_ptr<StatusItem> createItem() override {
-        auto record = std::make_shared<RecordedStatusItem>();
-        items.push_back(record);
-        return std::make_unique<Item>(record);
-    }
-    // The item currently in the bar, or null.
-    RecordedStatusItem* current() const {
-        return !items.empty() && !items.back()->removed ? items.back().get() : nullptr;
-    }
-
-private:
     struct Item : StatusItem {
-        explicit Item(std::shared_ptr<RecordedStatusItem> record) : record(std::move(record)) {}
-        ~Item() override { record->removed = true; }
-        void setIcon(const QString& name, const QString& description) override {
-            record->iconName = name;
-            record->iconDescription = description;
+        explicit Item(FakeStatusBar& bar) : bar(bar) {
+            bar.current = this;
+            ++bar.created;
         }
-        void setMenu(const std::vector<StatusMenuItem>& menu) override { record->menu = menu; }
-        void setMenuWillOpen(std::function<void()> handler) override { record->menuWillOpen = std::move(handler); }
-        std::shared_ptr<RecordedStatusItem> record;
+        ~Item() override {
+            if (bar.current == this) bar.current = nullptr;
+        }
+        void setIcon(const QString& name, const QString&) override { iconName = name; }
+        void setMenu(const std::vector<StatusMenuItem>& items) override { menu = items; }
+        void setMenuWillOpen(std::function<void()> handler) override { menuWillOpen = std::move(handler); }
+        FakeStatusBar& bar;
+        QString iconName;
+        std::vector<StatusMenuItem> menu;
+        std::function<void()> menuWillOpen;
     };
+    Item* current = nullptr;  // the item in the bar, or null
+    int created = 0;          // items ever created
+
+    bool isAvailable() const override { return true; }
+    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<Item>(*this); }
 };
 
 }  // namespace orvane::testing

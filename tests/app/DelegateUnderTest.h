@@ -23,13 +23,11 @@ struct DelegateUnderTest {
                                [this] { ++quitRequests; }}) {}
     ~DelegateUnderTest() { delegate.closeWindows(); }
 
-    // A name no other run uses.
-    const QString channelName = QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::Id128);
     ScriptedAlertPresenter alerts;
     RecordingUrlOpener urls;
     UpdateChecker updates;
     FakeStatusBar statusBar;
-    LocalSocketInstanceChannel channel{channelName};
+    LocalSocketInstanceChannel channel{QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::Id128)};
     WindowHost windows;
     int quitRequests = 0;
     AppDelegate delegate;

@@ -1,5 +1,4 @@
 // Two instances of the handover channel in one process, under a name no other run uses.
-#include "WaitUntil.h"
 #include "platform/linux/LocalSocketInstanceChannel.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +6,10 @@
 #include <QCoreApplication>
 #include <QLocalSocket>
 #include <QSignalSpy>
+#include <QTest>
 #include <QUuid>
 
 using namespace orvane;
-using orvane::testing::waitUntil;
 
 namespace {
 
@@ -34,8 +33,7 @@ TEST(InstanceChannel, aSecondLaunchFindsTheFirstItsMessageArrivesOnceAndTheNameI
     EXPECT_FALSE(second.postMessage(QByteArray(InstanceChannel::maxMessageSize + 1, 'x')));
     const QByteArray longest(InstanceChannel::maxMessageSize, 'x');
     ASSERT_TRUE(second.postMessage(longest));
-    ASSERT_TRUE(waitUntil([&] { return messages.count() >= 1; }));
-    QCoreApplication::sendPostedEvents();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return messages.count() >= 1; }, 30000));
     QCoreApplication::processEvents();
     ASSERT_EQ(messages.count(), 1);
     EXPECT_EQ(messages[0][0].toByteArray(), longest);
@@ -50,7 +48,6 @@ TEST(InstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArrives) {
     LocalSocketInstanceChannel primary(name);
     ASSERT_TRUE(primary.listen());
     QSignalSpy messages(&primary, &InstanceChannel::messageReceived);
-
     QLocalSocket client;
     client.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
     client.connectToServer(name);
@@ -58,7 +55,7 @@ TEST(InstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArrives) {
     client.write(QByteArray(InstanceChannel::maxMessageSize + 1, 'x'));
     ASSERT_TRUE(client.waitForBytesWritten(30000));
     // The primary closes the connection itself once the bytes can no longer be a message.
-    EXPECT_TRUE(waitUntil([&] { return client.state() == QLocalSocket::UnconnectedState; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client.state() == QLocalSocket::UnconnectedState; }, 30000));
     QCoreApplication::processEvents();
     EXPECT_EQ(messages.count(), 0);
 }

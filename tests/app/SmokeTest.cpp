@@ -12,64 +12,53 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-namespace {
-
-bool waitForOutput(QProcess& process, QByteArray& output, const QByteArray& wanted) {
-    for (int i = 0; i < 1200 && !output.contains(wanted); ++i) {
-        process.waitForReadyRead(100);
-        output += process.readAllStandardOutput();
-        if (process.state() == QProcess::NotRunning) break;
-    }
-    return output.contains(wanted);
-}
-
-}  // namespace
-
 TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
     const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
     const QString otherInstance = instance + QStringLiteral("-other");
-    // A check done a moment ago: the smoke run sends no update request. The first instance finds a
-    // Caps Lock remapping left by an earlier run, which it clears in its own settings.
     const auto settingsOf = [&](const QString& name) { return config.filePath("user.com/Orvane-" + name + ".conf"); };
+    // A check done a moment ago: no update request. The first instance finds a Caps Lock remapping
+    // left by an earlier run, which it clears in its own settings.
     QDir().mkpath(config.filePath("user.com"));
     for (const QString& name : {instance, otherInstance}) {
         QSettings settings(settingsOf(name), QSettings::IniFormat);
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
         if (name == instance) settings.setValue("Orvane.CapsLockHIDRemapped", true);
     }
+    const auto launch = [&](QProcess& process, const QString& name) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("QT_QUICK_BACKEND", "software");
+        environment.insert("XDG_CONFIG_HOME", config.path());
+        environment.insert("ORVANE_HIDUTIL", tool.path());
+        environment.insert("ORVANE_INSTANCE", name);
+        process.setProcessEnvironment(environment);
+        process.start(ORVANE_BINARY, {});
+    };
+    // Reads standard output until the start-up line shows or the process ends.
+    const auto startsUp = [](QProcess& process, QByteArray& output) {
+        for (int i = 0; i < 1200 && !output.contains("Event tap started successfully"); ++i) {
+            process.waitForReadyRead(100);
+            output += process.readAllStandardOutput();
+            if (process.state() == QProcess::NotRunning) break;
+        }
+        return output.contains("Event tap started successfully");
+    };
 
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_QPA_PLATFORM", "offscreen");
-    environment.insert("QT_QUICK_BACKEND", "software");
-    environment.insert("XDG_CONFIG_HOME", config.path());
-    environment.insert("ORVANE_HIDUTIL", tool.path());
-    environment.insert("ORVANE_INSTANCE", instance);
-
-    QProcess first;
-    first.setProcessEnvironment(environment);
-    first.start(ORVANE_BINARY, {});
-    QByteArray firstOutput;
-    ASSERT_TRUE(waitForOutput(first, firstOutput, "Event tap started successfully")) << firstOutput.toStdString()
-                                                                                      << first.readAllStandardError().toStdString();
-
-    QProcess second;
-    second.setProcessEnvironment(environment);
-    second.start(ORVANE_BINARY, {});
+    QProcess first, second, other;
+    QByteArray firstOutput, secondOutput, otherOutput;
+    launch(first, instance);
+    ASSERT_TRUE(startsUp(first, firstOutput)) << firstOutput.toStdString() << first.readAllStandardError().toStdString();
+    launch(second, instance);
     ASSERT_TRUE(second.waitForFinished(60000));
     EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_FALSE(second.readAllStandardOutput().contains("Event tap started successfully"));  // no start-up in the second
+    EXPECT_FALSE(startsUp(second, secondOutput));  // no start-up in the second
     EXPECT_EQ(first.state(), QProcess::Running);
-
-    QProcess other;
-    environment.insert("ORVANE_INSTANCE", otherInstance);
-    other.setProcessEnvironment(environment);
-    other.start(ORVANE_BINARY, {});
-    QByteArray otherOutput;
-    EXPECT_TRUE(waitForOutput(other, otherOutput, "Event tap started successfully")) << otherOutput.toStdString();
+    launch(other, otherInstance);
+    EXPECT_TRUE(startsUp(other, otherOutput)) << otherOutput.toStdString();
     other.terminate();
     ASSERT_TRUE(other.waitForFinished(60000));
 

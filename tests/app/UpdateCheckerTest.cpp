@@ -1,7 +1,6 @@
 // The update check against a local HTTP server, with an injected clock, alert presenter and URL opener.
 #include "AppFakes.h"
 #include "TestHttpServer.h"
-#include "WaitUntil.h"
 #include "app/UpdateChecker.h"
 #include "store/UserDefaults.h"
 
@@ -11,8 +10,8 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
-#include <QTcpServer>
 #include <QTemporaryDir>
+#include <QTest>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -54,7 +53,7 @@ struct UpdateCheckerTest : ::testing::Test {
 
     // Waits for every request sent so far to finish, then runs the queued work (the alert) it left.
     void settle() {
-        ASSERT_TRUE(waitUntil([this] { return network.finishedReplies == network.requests; }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return network.finishedReplies == network.requests; }, 30000));
         QCoreApplication::sendPostedEvents();
     }
     std::optional<double> storedTime() const {
@@ -65,7 +64,7 @@ struct UpdateCheckerTest : ::testing::Test {
 
 }  // namespace
 
-TEST_F(UpdateCheckerTest, firstLaunchChecksAndStoresTheLaunchTime) {
+TEST_F(UpdateCheckerTest, firstLaunchChecksThenOnlyWhenMoreThanADayHasPassed) {
     server.respond(200, newerDocument);
     const auto checker = makeChecker();
     checker->checkForUpdatesIfNeeded();
@@ -77,11 +76,9 @@ TEST_F(UpdateCheckerTest, firstLaunchChecksAndStoresTheLaunchTime) {
     EXPECT_EQ(alerts.shown[0].message, "Update Available");
     EXPECT_EQ(alerts.shown[0].informativeText, "Orvane 1.3 is available.\n\nFaster.");
     EXPECT_EQ(alerts.shown[0].buttons, (QStringList{"Download", "Later"}));
-}
 
-TEST_F(UpdateCheckerTest, checksOnlyWhenMoreThanADayHasPassed) {
     // Seconds since the stored check, and whether a check runs.
-    const std::pair<double, bool> cases[] = {{86400.5, true}, {10 * 86400.0, true}, {86400, false}, {3600, false}, {-60, false}};
+    const std::pair<double, bool> cases[] = {{86400.5, true}, {86400, false}, {-60, false}};
     for (const auto& [storedAgo, checks] : cases) {
         SCOPED_TRACE(storedAgo);  // negative: the clock was set back
         defaults->setDouble(UpdateChecker::lastCheckKey, launchTime - storedAgo);
@@ -95,11 +92,7 @@ TEST_F(UpdateCheckerTest, checksOnlyWhenMoreThanADayHasPassed) {
 }
 
 TEST_F(UpdateCheckerTest, withoutAServerTheTimeIsStillStoredAndNothingIsShown) {
-    QTcpServer unused;
-    ASSERT_TRUE(unused.listen(QHostAddress(QHostAddress::LocalHost), 0));
-    const QUrl url(QStringLiteral("http://127.0.0.1:%1/version.json").arg(unused.serverPort()));
-    unused.close();
-    const auto checker = makeChecker(url);
+    const auto checker = makeChecker(QUrl("http://127.0.0.1:1/version.json"));  // nothing listens on port 1
     checker->checkForUpdatesIfNeeded();
     settle();
     EXPECT_EQ(network.requests, 1);
@@ -113,9 +106,7 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
         {200, newerDocument, true},
         {404, newerDocument, true},
         {200, R"({"version":"1.2","build":6,"downloadURL":"","releaseNotes":"","extra":[1]})", true},
-        {200, R"({"version":"1.2","build":5,"downloadURL":"","releaseNotes":""})", false},
-        {200, R"({"version":"1.1.9","build":99,"downloadURL":"","releaseNotes":""})", false},
-        {200, R"({"version":"1.2","build":-7,"downloadURL":"","releaseNotes":""})", false},
+        {200, R"({"version":"1.2","build":5,"downloadURL":"","releaseNotes":""})", false},  // the rule: VersionComparison
         {200, R"({"version":"1.3","build":1,"downloadURL":"https://example.org"})", false},
         {200, R"({"version":"1.3","build":"1","downloadURL":"","releaseNotes":""})", false},
         {200, R"({"version":"1.3","build":1.0,"downloadURL":"","releaseNotes":""})", false},
@@ -151,7 +142,6 @@ TEST_F(UpdateCheckerTest, downloadOpensTheDownloadUrlWhenItIsOne) {
         {AlertPresenter::firstButtonResponse, "https://example.org/Orvane-1.3.dmg", true},
         {AlertPresenter::secondButtonResponse, "https://example.org/Orvane-1.3.dmg", false},
         {AlertPresenter::firstButtonResponse, "", false},
-        {AlertPresenter::firstButtonResponse, "not a url", false},
         {AlertPresenter::firstButtonResponse, "example.org/Orvane.dmg", false},
         {AlertPresenter::firstButtonResponse, "https://exa mple.org/", false},
     };

@@ -16,20 +16,12 @@ struct HIDUtilTest : ::testing::Test {
     void TearDown() override { diagnostics::redirectTo(nullptr); }
 };
 
-QStringList remapArguments(const char* destination) {
-    return {"property", "--set",
-            QStringLiteral(R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":30064771129,"HIDKeyboardModifierMappingDst":%1}]})")
-                .arg(destination)};
-}
-
 }  // namespace
 
 TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
     // The target, the usage it is sent as, and what is printed.
     const std::tuple<KeyCode, const char*, std::vector<std::string>> cases[] = {
         {KeyCode::escape, "30064771113", {"HIDUtil: Remapped Caps Lock → Escape at HID layer"}},
-        {KeyCode::capsLock, "30064771129", {"HIDUtil: Remapped Caps Lock → Caps Lock at HID layer"}},
-        {KeyCode::keypadEquals, "30064771175", {"HIDUtil: Remapped Caps Lock → Keypad = at HID layer"}},
         {KeyCode::globe, "30064771181",
          {"HIDUtil: No HID usage ID for Globe, falling back to F18", "HIDUtil: Remapped Caps Lock → F18 at HID layer"}},
     };
@@ -37,7 +29,9 @@ TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
     for (const auto& [target, destination, printed] : cases) {
         lines.clear();
         EXPECT_TRUE(hid.remapCapsLock(target));
-        EXPECT_EQ(tool.calls().back(), remapArguments(destination));
+        const QString mapping = QStringLiteral(
+            R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":30064771129,"HIDKeyboardModifierMappingDst":%1}]})");
+        EXPECT_EQ(tool.calls().back(), (QStringList{"property", "--set", mapping.arg(destination)}));
         EXPECT_EQ(lines, printed);
     }
     EXPECT_TRUE(hid.clearRemapping());
@@ -46,13 +40,11 @@ TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
 }
 
 TEST_F(HIDUtilTest, successMeansNoErrorInAnyLetterCaseOnEitherStream) {
-    const QByteArray longHarmless = QByteArray("UserKeyMapping set. ").repeated(500);
     // Standard output, standard error, and whether the run counts as a success.
     const std::tuple<QByteArray, QByteArray, bool> cases[] = {
         {"", "", true},
-        {longHarmless, "", true},
+        {QByteArray("UserKeyMapping set. ").repeated(500), "", true},
         {"Error: permission denied\n", "", false},
-        {"ERROR", "", false},
         {"", "some eRRor happened", false},
         {"terror", "", false},  // the rule is a plain substring match
         {"\xff\xfe error \x80", "", true},  // not UTF-8: counts as empty output
@@ -66,28 +58,24 @@ TEST_F(HIDUtilTest, successMeansNoErrorInAnyLetterCaseOnEitherStream) {
         EXPECT_EQ(hid.remapCapsLock(KeyCode::escape), succeeds);
         EXPECT_EQ(hid.clearRemapping(), succeeds);
         ASSERT_EQ(lines.size(), 2u);
-        if (!succeeds) {
-            const std::string output = (out + err).toStdString();
-            EXPECT_EQ(lines[0], "HIDUtil: Failed to remap Caps Lock: " + output);
-            EXPECT_EQ(lines[1], "HIDUtil: Failed to clear remapping: " + output);
-        }
+        if (succeeds) continue;
+        EXPECT_EQ(lines[0], "HIDUtil: Failed to remap Caps Lock: " + (out + err).toStdString());
+        EXPECT_EQ(lines[1], "HIDUtil: Failed to clear remapping: " + (out + err).toStdString());
     }
 }
 
-TEST_F(HIDUtilTest, aMissingToolFailsWithBothLines) {
-    const HIDUtil hid(tool.missingPath());
-    EXPECT_FALSE(hid.remapCapsLock(KeyCode::escape));
+TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTimeout) {
+    EXPECT_FALSE(HIDUtil(tool.missingPath()).remapCapsLock(KeyCode::escape));
     ASSERT_EQ(lines.size(), 2u);
     const std::string runPrefix = "HIDUtil: Failed to run hidutil: ";
     ASSERT_EQ(lines[0].rfind(runPrefix, 0), 0u) << lines[0];
     const std::string description = lines[0].substr(runPrefix.size());
     EXPECT_FALSE(description.empty());
     EXPECT_EQ(lines[1], "HIDUtil: Failed to remap Caps Lock: error: " + description);
-    EXPECT_EQ(hid.runHidutil({"x"}).toStdString(), "error: " + description);
-}
+    EXPECT_EQ(HIDUtil(tool.missingPath()).runHidutil({"x"}).toStdString(), "error: " + description);
 
-TEST_F(HIDUtilTest, aHungToolIsKilledAfterTheTimeout) {
-    tool.setHangs(true);
+    lines.clear();
+    tool.setHangs();
     EXPECT_FALSE(HIDUtil(tool.path(), 1).clearRemapping());
     EXPECT_EQ(lines, std::vector<std::string>{"HIDUtil: Failed to clear remapping: error: timed out after 1 seconds"});
 }

@@ -14,40 +14,29 @@ void writeFile(const QString& path, const QByteArray& bytes) {
 
 FakeHidutil::FakeHidutil() {
     // Each call is recorded as its arguments, one per line, closed by a line of its own.
-    const QByteArray script =
-        "#!/bin/sh\n"
-        "dir=$(dirname \"$0\")\n"
-        "for arg in \"$@\"; do printf '%s\\n' \"$arg\" >> \"$dir/calls\"; done\n"
-        "echo '<end of call>' >> \"$dir/calls\"\n"
-        "[ -f \"$dir/stdout\" ] && cat \"$dir/stdout\"\n"
-        "[ -f \"$dir/stderr\" ] && cat \"$dir/stderr\" >&2\n"
-        "[ -f \"$dir/hang\" ] && exec sleep 60\n"
-        "exit 0\n";
-    writeFile(path(), script);
+    writeFile(path(),
+              "#!/bin/sh\n"
+              "cd \"$(dirname \"$0\")\"\n"
+              "printf '%s\\n' \"$@\" '<end of call>' >> calls\n"
+              "cat stdout 2>/dev/null; cat stderr >&2 2>/dev/null\n"
+              "[ -f hang ] && exec sleep 60\n"
+              "exit 0\n");
     QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void FakeHidutil::setOutput(const QByteArray& bytes) { writeFile(dir_.filePath(QStringLiteral("stdout")), bytes); }
 void FakeHidutil::setErrorOutput(const QByteArray& bytes) { writeFile(dir_.filePath(QStringLiteral("stderr")), bytes); }
-
-void FakeHidutil::setHangs(bool hangs) {
-    if (hangs) writeFile(dir_.filePath(QStringLiteral("hang")), "");
-    else QFile::remove(dir_.filePath(QStringLiteral("hang")));
-}
+void FakeHidutil::setHangs() { writeFile(dir_.filePath(QStringLiteral("hang")), ""); }
 
 std::vector<QStringList> FakeHidutil::calls() const {
     QFile file(dir_.filePath(QStringLiteral("calls")));
-    std::vector<QStringList> calls;
-    if (!file.open(QIODevice::ReadOnly)) return calls;
-    QStringList current;
+    std::vector<QStringList> calls(1);
+    if (!file.open(QIODevice::ReadOnly)) return {};
     for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line == "<end of call>") {
-            calls.push_back(current);
-            current.clear();
-        } else if (!line.isEmpty()) {
-            current << QString::fromUtf8(line);
-        }
+        if (line == "<end of call>") calls.emplace_back();
+        else if (!line.isEmpty()) calls.back() << QString::fromUtf8(line);
     }
+    calls.pop_back();  // what follows the last call's end
     return calls;
 }
 

@@ -22,8 +22,8 @@ public:
     void setOutput(const QByteArray& bytes);
     // Prints to standard error instead of standard output.
     void setErrorOutput(const QByteArray& bytes);
-    // The tool sleeps for a minute after printing.
-    void setHangs(bool hangs);
+    // From now on the tool sleeps for a minute after printing.
+    void setHangs();
 
     // The arguments of every run so far, oldest first.
     std::vector<QStringList> calls() const;

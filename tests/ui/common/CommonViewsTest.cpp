@@ -8,7 +8,7 @@
 
 using namespace orvane::testing;
 
-TEST(CommonViews, iconsAreTintedAndUnknownNamesAreBlank) {
+TEST(CommonViews, iconsAreTintedInTheColourAskedFor) {
     UiHarness ui;
     QQuickView* view = ui.show(QStringLiteral("Icon.qml"), QSize(32, 32));
     ASSERT_TRUE(view);

@@ -22,12 +22,10 @@ protected:
 
 }  // namespace
 
-TEST_F(AddMappingControllerTest, anEditSheetStartsFromEachKindOfMapping) {
-    const Modifiers shiftCommand{.command = true, .shift = true};
+// A combination's edit sheet: the sheet view's tests.
+TEST_F(AddMappingControllerTest, anEditSheetStartsFromAKeyOrABlockedMapping) {
     const std::tuple<KeyMapping, AddMappingController::TargetType, std::optional<RecordedKey>> cases[] = {
         {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), AddMappingController::Remap, recorded(KeyCode::escape)},
-        {mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, shiftCommand)), AddMappingController::Remap,
-         recorded(KeyCode::k, shiftCommand)},
         {mapping(SourceKey::system(SystemKeyID::mute), TargetAction::block(), false), AddMappingController::Block, std::nullopt},
     };
     for (const auto& [existing, type, target] : cases) {
@@ -58,21 +56,20 @@ TEST_F(AddMappingControllerTest, remapNeedsATargetAndBlockDoesNotWhileTheTargetI
     EXPECT_EQ(canSave.count(), 4);
 }
 
+// A new blocked key: the sheet view's tests.
 TEST_F(AddMappingControllerTest, savingANewMappingAppendsItEnabledWithTheRightAction) {
     const Modifiers option{.option = true};
-    const std::tuple<AddMappingController::TargetType, RecordedKey, TargetAction> cases[] = {
-        {AddMappingController::Remap, recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
-        {AddMappingController::Remap, recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)},
-        {AddMappingController::Block, recorded(KeyCode::b), TargetAction::block()},
+    const std::pair<RecordedKey, TargetAction> cases[] = {
+        {recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
+        {recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)},
     };
-    for (const auto& [type, target, expected] : cases) {
+    for (const auto& [target, expected] : cases) {
         const auto existing = mapping(KeyCode::c, TargetAction::block());
         ui.store().setMappings({existing});
         auto s = sheet();
         // Only the source's key counts, even if the field was handed modifiers.
         s->sourceField()->setRecordedKey(recorded(KeyCode::a, option));
         s->targetField()->setRecordedKey(target);
-        s->setTargetType(type);
         s->save();
         const auto& list = ui.store().mappings();
         ASSERT_EQ(list.size(), 2u);

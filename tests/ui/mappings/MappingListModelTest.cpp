@@ -1,4 +1,4 @@
-// The list model: what each row shows, in-place updates, selection and moves.
+// The list model: badges, in-place updates, selection and moves. What rows show: the list view's tests.
 #include "MappingsTestSupport.h"
 
 #include <QSignalSpy>
@@ -18,40 +18,26 @@ protected:
     QVariant at(int row, int role) { return model.data(model.index(row), role); }
 };
 
-TEST_F(MappingListModelTest, eachRowShowsItsKeycapsBadgeAndTarget) {
-    const QString tap = "Event tap interception (requires app running)";
-    struct Case {
-        KeyMapping mapping;
-        bool capsLockDirect;
-        QString source, badge, color, tooltip;
-        MappingListModel::TargetKind kind;
-        QStringList keycaps;
+TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifierOrder) {
+    // The mapping, Caps Lock's HID state (which says nothing about other keys), badge, colour, tooltip.
+    const std::tuple<KeyMapping, bool, QString, QString, QString> cases[] = {
+        {mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f5)), true, "Tap", "orange",
+         "Event tap interception (requires app running)"},
+        {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), true, "HID", "green",
+         "Direct HID-layer remapping (instant, works without app)"},
+        {mapping(KeyCode::capsLock, TargetAction::block()), false, "HID+Tap", "blue", "HID-layer + event tap (for combinations/block)"},
     };
-    const Case cases[] = {
-        // Other rows are checked as the list view shows them. Modifier keycaps come in ⌃ ⌥ ⇧ ⌘ order.
-        {mapping(KeyCode::f1, TargetAction::combination(KeyCode::c, {true, true, true, true})), false, "F1", "Tap",
-         "orange", tap, MappingListModel::Combination, {"⌃", "⌥", "⇧", "⌘", "C"}},
-        // Caps Lock's HID state says nothing about other keys.
-        {mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f5)), true, "\U0001F50A", "Tap",
-         "orange", tap, MappingListModel::Key, {"F5"}},
-        {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)), true, "⇪", "HID", "green",
-         "Direct HID-layer remapping (instant, works without app)", MappingListModel::Key, {"⎋"}},
-        {mapping(KeyCode::capsLock, TargetAction::block()), false, "⇪", "HID+Tap", "blue",
-         "HID-layer + event tap (for combinations/block)", MappingListModel::Block, {}},
-    };
-    for (const Case& t : cases) {
-        SCOPED_TRACE(t.source.toStdString() + " " + t.badge.toStdString());
-        ui.store().setMappings({t.mapping});
+    for (const auto& [row, capsLockDirect, badge, color, tooltip] : cases) {
+        ui.store().setMappings({row});
         ui.settle();
-        ui.store().setCapsLockHIDState(true, t.capsLockDirect);
-        EXPECT_EQ(at(0, MappingListModel::MappingIdRole).toString(), idText(t.mapping));
-        EXPECT_EQ(at(0, MappingListModel::SourceTextRole).toString(), t.source);
-        EXPECT_EQ(at(0, MappingListModel::BadgeTextRole).toString(), t.badge);
-        EXPECT_EQ(at(0, MappingListModel::BadgeColorRole).toString(), t.color);
-        EXPECT_EQ(at(0, MappingListModel::BadgeTooltipRole).toString(), t.tooltip);
-        EXPECT_EQ(at(0, MappingListModel::TargetKindRole).toInt(), t.kind);
-        EXPECT_EQ(at(0, MappingListModel::TargetKeycapsRole).toStringList(), t.keycaps);
+        ui.store().setCapsLockHIDState(true, capsLockDirect);
+        EXPECT_EQ(at(0, MappingListModel::BadgeTextRole).toString(), badge);
+        EXPECT_EQ(at(0, MappingListModel::BadgeColorRole).toString(), color) << badge.toStdString();
+        EXPECT_EQ(at(0, MappingListModel::BadgeTooltipRole).toString(), tooltip) << badge.toStdString();
     }
+    ui.store().setMappings({mapping(KeyCode::f1, TargetAction::combination(KeyCode::c, {true, true, true, true}))});
+    EXPECT_EQ(at(0, MappingListModel::TargetKindRole).toInt(), MappingListModel::Combination);
+    EXPECT_EQ(at(0, MappingListModel::TargetKeycapsRole).toStringList(), (QStringList{"⌃", "⌥", "⇧", "⌘", "C"}));
 }
 
 // Rows keep their delegates (and with them the pointer's hover) when only their contents change.
@@ -67,7 +53,7 @@ TEST_F(MappingListModelTest, togglingUpdatesTheRowInPlaceAndTheCount) {
     EXPECT_EQ(model.activeSummary(), "1 of 2 active");
 }
 
-TEST_F(MappingListModelTest, selectionFollowsItsMappingAndClearsWhenItGoes) {
+TEST_F(MappingListModelTest, selectionFollowsItsMappingAndClearsWhenItGoesWhileUnknownIdsChangeNothing) {
     ui.store().setMappings({a, b, c});
     model.setSelectedRow(2);
     QSignalSpy selection(&model, &MappingListModel::selectedRowChanged);
@@ -87,30 +73,22 @@ TEST_F(MappingListModelTest, selectionFollowsItsMappingAndClearsWhenItGoes) {
     EXPECT_EQ(model.selectedRow(), -1);
 }
 
-TEST_F(MappingListModelTest, movingPositionSetsFollowsTheListsMoveRule) {
-    struct Case {
-        QList<int> positions;
-        int destination;
-        std::vector<Uuid> expected;
-    };
+TEST_F(MappingListModelTest, movesReachTheStoreUnlessTheyKeepTheOrderOrMissTheList) {
     const std::vector<Uuid> unchanged{a.id, b.id, c.id, d.id};
     // The reordering itself is the store's; here the rows reach it, and no-op or stray moves do not.
-    const Case cases[] = {
+    const std::tuple<QList<int>, int, std::vector<Uuid>> cases[] = {
         {{0}, 2, {b.id, a.id, c.id, d.id}}, {{0, 2}, 1, {a.id, c.id, b.id, d.id}},
         {{1}, 1, unchanged}, {{1}, 2, unchanged}, {{1, 2}, 3, unchanged}, {{1}, 5, unchanged}, {{9}, 0, unchanged},
     };
-    for (const Case& t : cases) {
-        SCOPED_TRACE(::testing::Message() << "to " << t.destination);
+    for (const auto& [positions, destination, expected] : cases) {
         ui.store().setMappings({a, b, c, d});
         QSignalSpy storeChanges(&ui.store(), &MappingStore::mappingsChanged);
-        model.move(t.positions, t.destination);
-        EXPECT_EQ(idsOf(ui.store().mappings()), t.expected);
-        EXPECT_EQ(storeChanges.count(), t.expected == unchanged ? 0 : 1);
-        EXPECT_EQ(at(0, MappingListModel::MappingIdRole).toString(), idText(ui.store().mappings()[0]));
+        model.move(positions, destination);
+        EXPECT_EQ(idsOf(ui.store().mappings()), expected) << "to " << destination;
+        EXPECT_EQ(storeChanges.count(), expected == unchanged ? 0 : 1) << "to " << destination;
+        EXPECT_EQ(at(0, MappingListModel::MappingIdRole).toString(), idText(ui.store().mappings()[0]));  // rows follow
     }
     // A row dragged by whole rows: down lands after the rows it passed, up before; both stop at the ends.
-    EXPECT_EQ(model.destinationFor(0, 1), 2);
-    EXPECT_EQ(model.destinationFor(3, -3), 0);
-    EXPECT_EQ(model.destinationFor(1, 9), 4);
-    EXPECT_EQ(model.destinationFor(1, -9), 0);
+    const std::tuple<int, int, int> drags[] = {{0, 1, 2}, {3, -3, 0}, {1, 9, 4}, {1, -9, 0}};
+    for (const auto& [row, steps, destination] : drags) EXPECT_EQ(model.destinationFor(row, steps), destination) << row << steps;
 }

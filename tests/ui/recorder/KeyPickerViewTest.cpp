@@ -15,11 +15,6 @@ protected:
         ASSERT_TRUE(isShown("searchField"));
     }
     int cellCount() { return read("keyGridView", "count").toInt(); }
-    void search(const char* text) {
-        ui.click(ui.find("searchField"));
-        for (const char* c = text; *c; ++c) QTest::keyClick(ui.keyWindow(), *c);
-        ui.settle();
-    }
 };
 
 }  // namespace
@@ -36,7 +31,9 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     ui.screenshotWindowOf(ui.find("searchField"), QStringLiteral("picker-category"));
 
     ui.click(ui.find("modOption"));
-    search("page");
+    ui.click(ui.find("searchField"));
+    for (char c : {'p', 'a', 'g', 'e'}) QTest::keyClick(ui.keyWindow(), c);
+    ui.settle();
     EXPECT_FALSE(isShown("categoryTabs"));
     EXPECT_EQ(cellCount(), 2);
     EXPECT_TRUE(ui.find("keyButton_Page Down"));

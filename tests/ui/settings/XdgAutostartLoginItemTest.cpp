@@ -21,8 +21,8 @@ protected:
     void TearDown() override { qputenv("XDG_CONFIG_HOME", savedConfigHome); }
 
     QString entry() const { return dir.filePath("config/autostart/com.user.Orvane.desktop"); }
-    QByteArray entryContents() const {
-        QFile file(entry());
+    QByteArray entryContents(const QString& path = {}) const {
+        QFile file(path.isEmpty() ? entry() : path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     void writeEntry(const QByteArray& contents) {
@@ -55,9 +55,8 @@ TEST_F(XdgAutostartTest, aPrivateInstanceHasAnEntryOfItsOwnThatStartsIt) {
     EXPECT_EQ(item.registerItem(), std::nullopt);
     qunsetenv("ORVANE_INSTANCE");
     EXPECT_EQ(item.status(), LoginItem::Status::notRegistered);  // the user's own entry
-    QFile privateEntry(dir.filePath("config/autostart/com.user.Orvane-check_1.desktop"));
-    ASSERT_TRUE(privateEntry.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(privateEntry.readAll().contains("\nExec=env ORVANE_INSTANCE=check_1 /"));
+    EXPECT_TRUE(entryContents(dir.filePath("config/autostart/com.user.Orvane-check_1.desktop"))
+                    .contains("\nExec=env ORVANE_INSTANCE=check_1 /"));
 }
 
 TEST_F(XdgAutostartTest, switchedOffEntriesAreRewrittenAndEnabledOnesLeftAlone) {
