@@ -9,7 +9,7 @@
 #include "platform/EventSystem.h"
 #include "platform/PlatformServices.h"
 #include "store/MappingStore.h"
-#include "ui/UiTypes.h"
+#include "ui/UiEngine.h"
 
 #include <QApplication>
 #include <QDateTime>
