@@ -19,12 +19,14 @@ AppDelegate* currentDelegate = nullptr;
 
 AppDelegate* AppDelegate::current() { return currentDelegate; }
 
+// The views are files of the QML module Orvane, under its resource prefix.
 WindowLayout AppDelegate::configurationWindowLayout() {
-    return {QStringLiteral("Orvane"), QSize(500, 400), QUrl(QStringLiteral("qrc:/qml/MappingListView.qml")), QStringLiteral("ConfigWindow")};
+    return {QStringLiteral("Orvane"), QSize(500, 400), QUrl(QStringLiteral("qrc:/qt/qml/Orvane/MappingListView.qml")),
+            QStringLiteral("ConfigWindow")};
 }
 
 WindowLayout AppDelegate::debugWindowLayout() {
-    return {QStringLiteral("Key Event Debugger"), QSize(550, 500), QUrl(QStringLiteral("qrc:/qml/DebugView.qml")),
+    return {QStringLiteral("Key Event Debugger"), QSize(550, 500), QUrl(QStringLiteral("qrc:/qt/qml/Orvane/DebugView.qml")),
             QStringLiteral("DebugWindow")};
 }
 

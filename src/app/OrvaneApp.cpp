@@ -10,7 +10,7 @@
 #include "platform/PlatformServices.h"
 #include "platform/PrivateInstance.h"
 #include "store/MappingStore.h"
-#include "ui/UiTypes.h"
+#include "ui/UiEngine.h"
 
 #include <QApplication>
 #include <QDateTime>

@@ -49,7 +49,7 @@ private:
 
 class WindowHost {
 public:
-    // prepareEngine runs once on the engine when it is created (type registration, image providers).
+    // prepareEngine runs once on the engine when it is created (the views' module, image providers).
     WindowHost(UserDefaults& defaults, std::function<void(QQmlEngine&)> prepareEngine);
     ~WindowHost();
 

@@ -6,7 +6,7 @@
 #include "app/UpdateChecker.h"
 #include "platform/linux/LocalSocketInstanceChannel.h"
 #include "platform/sim/SimAccessibility.h"
-#include "ui/UiTypes.h"
+#include "ui/UiEngine.h"
 
 #include <QUuid>
 

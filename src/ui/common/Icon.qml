@@ -8,7 +8,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
+    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
     source: name ? "image://icon/" + name + "/" + color : ""
     fillMode: Image.PreserveAspectFit
     smooth: true

@@ -3,6 +3,7 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QtQml/qqmlregistration.h>
 
 namespace orvane::ui {
 
@@ -10,6 +11,7 @@ namespace orvane::ui {
 // clicked, writing nothing.
 class PopoverWindow : public QQuickWindow {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(QQuickItem* anchorItem READ anchorItem WRITE setAnchorItem NOTIFY anchorItemChanged)
 
 public:

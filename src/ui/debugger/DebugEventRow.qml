@@ -17,13 +17,16 @@ Item {
     required property string flagsText
 
     readonly property color secondary: palette.placeholderText
-    readonly property font smallMono: Qt.font({ family: "monospace", styleHint: Font.Monospace, pointSize: 10 })
-    readonly property font codeFont: Qt.font({ family: "monospace", styleHint: Font.Monospace, pointSize: 11 })
+    readonly property font smallMono: Qt.font({ family: "monospace", pointSize: 10 })
+    readonly property font codeFont: Qt.font({ family: "monospace", pointSize: 11 })
 
     implicitWidth: row.implicitWidth
     implicitHeight: row.height + 4
     Accessible.role: Accessible.ListItem
-    Accessible.name: [time, direction, keyCode || nxCode, decoded, interception, flagsText].filter(s => s).join(", ")
+    Accessible.name: spokenText([time, direction, keyCode || nxCode, decoded, interception, flagsText])
+
+    // What a screen reader says for the row: its non-empty texts, comma-separated.
+    function spokenText(parts: list<string>): string { return parts.filter(part => part).join(", ") }
 
     TextMetrics { id: timeWidth; font: root.smallMono; text: "00:00:00.000" }
     TextMetrics { id: codeWidth; font: root.codeFont; text: "000" }

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <chrono>
 #include <cstdint>
@@ -13,6 +14,7 @@
 namespace orvane {
 namespace debugtext {
 Q_NAMESPACE
+QML_NAMED_ELEMENT(DebugEventText)
 
 // The colour role of a record's direction badge; the view picks the actual colour.
 enum class BadgeTone { Blue, Gray, Purple, Orange, Secondary };

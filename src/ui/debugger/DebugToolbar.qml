@@ -33,7 +33,7 @@ RowLayout {
         onToggled: root.model.filterNoise = checked
         ToolTip.text: qsTr("Filter out spurious system events (subtype 7, 211, empty flagsChanged)")
         ToolTip.visible: hovered || visualFocus
-        ToolTip.delay: Qt.styleHints.mousePressAndHoldInterval
+        ToolTip.delay: Application.styleHints.mousePressAndHoldInterval
     }
     Label {
         objectName: "countText"

@@ -6,6 +6,7 @@
 
 #include <QAbstractListModel>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <deque>
 #include <memory>
@@ -21,6 +22,7 @@ class MappingStore;
 // live as long as this object (the window keeps it across closing and reopening).
 class DebugViewModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(bool isCapturing READ isCapturing NOTIFY isCapturingChanged)
     Q_PROPERTY(QString captureButtonText READ captureButtonText NOTIFY isCapturingChanged)
     Q_PROPERTY(bool autoScroll READ autoScroll WRITE setAutoScroll NOTIFY autoScrollChanged)

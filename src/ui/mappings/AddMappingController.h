@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -19,6 +20,8 @@ class MappingStore;
 // Main thread only. Lives as long as its sheet; the store changes only through save().
 class AddMappingController : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The list model opens the add/edit sheet")
     Q_PROPERTY(bool isEditing READ isEditing CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString primaryTitle READ primaryTitle CONSTANT)

@@ -25,8 +25,8 @@ Popup {
         objectName: "mappingSheet"
         spacing: 20
         focus: true
-        Keys.onReturnPressed: if (primaryButton.enabled) sheet.controller.save()
-        Keys.onEnterPressed: if (primaryButton.enabled) sheet.controller.save()
+        Keys.onReturnPressed: if (sheet.controller?.canSave) sheet.controller.save()
+        Keys.onEnterPressed: if (sheet.controller?.canSave) sheet.controller.save()
 
         Label {
             objectName: "sheetTitle"
@@ -86,7 +86,6 @@ Popup {
                 onClicked: sheet.controller.cancel()
             }
             ProminentButton {
-                id: primaryButton
                 objectName: "primaryButton"
                 Layout.alignment: Qt.AlignBottom
                 text: sheet.controller?.primaryTitle ?? ""

@@ -1,5 +1,6 @@
 // The ordered mapping list: one row per mapping, single selection, Delete or Backspace removes the
 // selected row, Return edits it, and dragging a row drops it before another.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import Orvane 1.0
@@ -51,6 +52,7 @@ ListView {
     }
 
     delegate: MappingRowView {
+        id: row
         required property int index
         required property string mappingId
         objectName: "mappingRow" + index
@@ -61,7 +63,7 @@ ListView {
         isAlternate: index % 2 === 1
         showsFocus: list.activeFocus
         z: index === list.dragRow ? 2 : 1
-        transform: Translate { y: index === list.dragRow ? list.dragOffset : 0 }
+        transform: Translate { y: row.index === list.dragRow ? list.dragOffset : 0 }
         onSelectRequested: {
             list.mappings.selectedRow = index
             list.forceActiveFocus()

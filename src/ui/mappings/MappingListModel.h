@@ -7,6 +7,7 @@
 #include <QAbstractListModel>
 #include <QList>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 #include <vector>
@@ -22,6 +23,7 @@ class MappingStore;
 // to the store; the model never changes its rows on its own.
 class MappingListModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(int count READ count NOTIFY countsChanged)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY countsChanged)
     Q_PROPERTY(QString activeSummary READ activeSummary NOTIFY countsChanged)

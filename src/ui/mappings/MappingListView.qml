@@ -1,6 +1,7 @@
 // The configuration window's content: header with the interception switch, the mapping list (or
 // the empty state), and the footer with settings and the active count. Hosted in a 500×400
 // window no smaller than minimumWidth × minimumHeight.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -46,12 +47,15 @@ Pane {
         }
     }
 
-    // One sheet at a time, for as long as the model holds its state.
-    Loader {
-        active: mappings.editor !== null
-        sourceComponent: AddMappingView {
-            controller: mappings.editor
-            Component.onCompleted: open()
+    // One sheet at a time, for as long as the model holds its state. A Repeater of at most one
+    // rather than a Loader: Qt 6.4's Loader cannot create a component of a bound file.
+    Repeater {
+        model: mappings.editor !== null ? 1 : 0
+        Item {
+            AddMappingView {
+                controller: mappings.editor
+                Component.onCompleted: open()
+            }
         }
     }
 }

@@ -20,7 +20,7 @@ Item {
     property bool showsFocus: false
     readonly property bool isHovering: hover.hovered
     // Selected in the focused list: drawn on the accent colour, so secondary marks turn light.
-    readonly property bool onAccent: isSelected && showsFocus
+    readonly property bool drawnOnAccent: isSelected && showsFocus
 
     signal toggleRequested()
     signal editRequested()
@@ -48,7 +48,7 @@ Item {
         onPressed: (mouse) => { pressY = mapToItem(null, mouse.x, mouse.y).y; dragging = false; root.selectRequested() }
         onPositionChanged: (mouse) => {
             const offset = mapToItem(null, mouse.x, mouse.y).y - pressY
-            if (!dragging && Math.abs(offset) < Qt.styleHints.startDragDistance) return
+            if (!dragging && Math.abs(offset) < Application.styleHints.startDragDistance) return
             dragging = true
             root.dragMoved(offset)
         }
@@ -90,13 +90,13 @@ Item {
         Icon {
             name: "arrow.right"
             size: 12
-            color: root.onAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
         }
         MappingTargetView {
             targetKind: root.targetKind
             keycaps: root.targetKeycaps
             isEnabled: root.isEnabled
-            onAccent: root.onAccent
+            drawnOnAccent: root.drawnOnAccent
         }
         Item { Layout.fillWidth: true }
         Row {
@@ -108,7 +108,7 @@ Item {
             IconButton {
                 objectName: "editButton"
                 iconName: "pencil"
-                iconColor: root.onAccent ? palette.highlightedText : palette.buttonText
+                iconColor: root.drawnOnAccent ? palette.highlightedText : palette.buttonText
                 tooltip: qsTr("Edit mapping")
                 onClicked: root.editRequested()
             }

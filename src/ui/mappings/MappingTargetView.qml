@@ -1,4 +1,5 @@
 // The right-hand side of a mapping row: the target's keycaps, or the block sign.
+pragma ComponentBehavior: Bound
 import QtQuick
 import Orvane 1.0
 
@@ -7,7 +8,7 @@ Item {
     property int targetKind
     property var keycaps: []
     property bool isEnabled: true
-    property bool onAccent: false   // drawn on the accent colour of a selected row
+    property bool drawnOnAccent: false   // on the accent colour of a selected row
 
     implicitWidth: targetKind === MappingListModel.Block ? block.implicitWidth : keys.implicitWidth
     implicitHeight: Math.max(block.implicitHeight, keys.implicitHeight)
@@ -37,14 +38,14 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             name: "nosign"
             size: 14
-            color: root.onAccent ? palette.highlightedText : root.isEnabled ? Theme.red : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : root.isEnabled ? Theme.red : palette.placeholderText
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: qsTr("Block")
             font.pointSize: 11
             font.weight: Font.Medium
-            color: root.onAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
             opacity: root.isEnabled ? 1 : 0.7
         }
     }

@@ -1,4 +1,5 @@
 // A row of joined, mutually exclusive segments; the chosen segment's index is currentIndex.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 

@@ -1,4 +1,5 @@
 // A segmented control: one segment per title, exactly one selected; selected(index) on a click.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -33,8 +34,8 @@ Rectangle {
                 objectName: "categoryTab_" + modelData
                 Layout.fillWidth: true
                 Layout.preferredWidth: implicitWidth
-                implicitWidth: label.implicitWidth + 16
-                implicitHeight: label.implicitHeight + 8
+                implicitWidth: implicitContentWidth + 16
+                implicitHeight: implicitContentHeight + 8
                 onClicked: root.selected(index)
 
                 background: Rectangle {
@@ -44,7 +45,6 @@ Rectangle {
                     border.color: palette.mid
                 }
                 contentItem: Label {
-                    id: label
                     text: segment.modelData
                     font.pixelSize: 12
                     elide: Text.ElideRight

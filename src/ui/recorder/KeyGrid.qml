@@ -1,4 +1,5 @@
 // A vertically scrolling grid of key cells at least 90 wide, as many per row as fit, 8 between rows.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 

@@ -4,6 +4,7 @@
 #include "model/KeyCode.h"
 
 #include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
@@ -11,6 +12,8 @@ namespace orvane {
 
 class KeyGridModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Read a picker's keys")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:

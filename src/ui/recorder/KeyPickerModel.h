@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace orvane {
 // One per opening of the picker: it starts on the first tab, with no search and no checkbox ticked.
 class KeyPickerModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(orvane::KeyRecorderField* field READ field WRITE setField NOTIFY fieldChanged)
     Q_PROPERTY(bool allowModifiers READ allowModifiers NOTIFY fieldChanged)
     Q_PROPERTY(QStringList categoryTitles READ categoryTitles CONSTANT)

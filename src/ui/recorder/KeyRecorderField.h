@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -14,6 +15,8 @@ namespace orvane {
 // resumes it afterwards; the QML field calls stopRecording() when it leaves the screen.
 class KeyRecorderField : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("A recorder field is made by the view that owns it")
     Q_PROPERTY(QString text READ text NOTIFY changed)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed)
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY changed)

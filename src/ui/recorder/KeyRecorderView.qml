@@ -1,5 +1,6 @@
 // A key recorder field: the chosen key as glyphs, and buttons to clear it, pick it from the
 // catalogue or record it from the keyboard. Leaving the screen ends a recording under way.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -57,8 +58,8 @@ Item {
                 id: pickerPopup
                 objectName: "pickerPopup"
                 anchorItem: root
-                width: pickerLoader.implicitWidth + 24
-                height: pickerLoader.implicitHeight + 24
+                width: pickerSlot.implicitWidth + 24
+                height: pickerSlot.implicitHeight + 24
                 color: systemPalette.window
 
                 SystemPalette { id: systemPalette }
@@ -67,16 +68,19 @@ Item {
                     color: "transparent"
                     border.color: systemPalette.mid
                 }
-                // Built afresh at each opening, so the picker starts on its first tab with no search.
-                Loader {
-                    id: pickerLoader
+                // Built afresh at each opening, so the picker starts on its first tab with no search
+                // (its search field takes the keyboard). A Repeater of at most one rather than a
+                // Loader: Qt 6.4's Loader cannot create a component of a bound file.
+                Column {
+                    id: pickerSlot
                     x: 12
                     y: 12
-                    focus: true  // hands the keyboard to the picker's search field
-                    active: pickerPopup.visible
-                    sourceComponent: KeyPickerView {
-                        field: root.field
-                        onPicked: pickerPopup.close()
+                    Repeater {
+                        model: pickerPopup.visible ? 1 : 0
+                        KeyPickerView {
+                            field: root.field
+                            onPicked: pickerPopup.close()
+                        }
                     }
                 }
             }

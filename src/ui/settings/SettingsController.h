@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 namespace orvane {
 
@@ -12,6 +13,7 @@ class UserDefaults;
 // Main thread only. One per panel; the login item's record and the defaults are the only truth.
 class SettingsController : public QObject {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged)
     Q_PROPERTY(bool showMenuIcon READ showMenuIcon WRITE setShowMenuIcon NOTIFY showMenuIconChanged)
     Q_PROPERTY(QString versionString READ versionString CONSTANT)

@@ -1,7 +1,7 @@
 #include "UiHarness.h"
 
 #include "platform/sim/SimLoginItem.h"
-#include "ui/UiTypes.h"
+#include "ui/UiEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,6 @@ UiHarness::UiHarness() {
     EventTapManager::installShared(std::make_unique<EventTapManager>(simEventSystem(), MappingStore::shared()));
     // Never the user's real login items.
     LoginItem::installShared(std::make_unique<SimLoginItem>());
-    ui::registerTypes();
     settle();
     simEventSystem().takeDelivered();
 }
@@ -52,7 +51,7 @@ QQuickView* UiHarness::show(const QString& file, QSize size) {
     ui::prepareEngine(*view_->engine());
     view_->setResizeMode(QQuickView::SizeRootObjectToView);
     view_->resize(size);
-    view_->setSource(QUrl(QStringLiteral("qrc:/qml/") + file));
+    view_->setSource(ui::viewUrl(file));
     if (view_->status() != QQuickView::Ready) {
         for (const auto& error : view_->errors()) ADD_FAILURE() << error.toString().toStdString();
         return nullptr;

@@ -28,8 +28,8 @@ public:
     SimEventSystem& events() { return simEventSystem(); }
     FakeHidutil& tool() { return tool_; }
 
-    // Loads qrc:/qml/<file> as the root of a window of that size, shows it and waits until exposed.
-    // Fails the test (and returns null) when the QML does not load.
+    // Loads <file> from the Orvane module's directory (ui::viewUrl) as the root of a window of that
+    // size, shows it and waits until exposed. Fails the test (and returns null) when the QML does not load.
     QQuickView* show(const QString& file, QSize size);
     QQuickView* view() { return view_.get(); }
     // The first item of that objectName under the root (also inside popups and sheets).
