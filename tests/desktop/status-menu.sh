@@ -6,7 +6,7 @@
 set -uo pipefail
 binary=$1
 output=$2
-for tool in Xvfb openbox tint2 xdotool import convert; do
+for tool in Xvfb openbox tint2 xdotool import convert python3; do
   command -v "$tool" >/dev/null || { echo "status-menu: $tool is not installed"; exit 77; }
 done
 
@@ -31,9 +31,23 @@ Xvfb "$display" -screen 0 1024x700x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
 for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.2; done
 openbox >/dev/null 2>&1 & pids+=($!)
 tint2 >/dev/null 2>&1 & pids+=($!)
-# The panel (and with it the tray) must be there before the application looks for a tray.
-for _ in $(seq 150); do xdotool search --class tint2 >/dev/null 2>&1 && break; sleep 0.2; done
-sleep 1
+# The tray must be there before the application looks for one: wait until the panel owns the
+# tray selection, not merely until its window exists.
+tray_owned() {
+  python3 - <<'PY'
+import ctypes, sys
+x = ctypes.CDLL("libX11.so.6")
+x.XOpenDisplay.restype = ctypes.c_void_p
+x.XInternAtom.restype = ctypes.c_ulong
+x.XGetSelectionOwner.restype = ctypes.c_ulong
+display = x.XOpenDisplay(None)
+if not display: sys.exit(1)
+atom = x.XInternAtom(ctypes.c_void_p(display), b"_NET_SYSTEM_TRAY_S0", 0)
+sys.exit(0 if x.XGetSelectionOwner(ctypes.c_void_p(display), ctypes.c_ulong(atom)) else 1)
+PY
+}
+for _ in $(seq 150); do tray_owned && break; sleep 0.2; done
+tray_owned || { echo "status-menu: the panel's tray did not appear"; exit 1; }
 
 # A private instance: a running Orvane of the user's is left alone.
 instance=desktop-check-$$
