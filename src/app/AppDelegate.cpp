@@ -81,8 +81,14 @@ void AppDelegate::showAccessibilityAlert() {
         "Orvane needs Accessibility permission to intercept and remap keyboard events.\n\n"
         "Please grant permission in System Settings > Privacy & Security > Accessibility, then restart the app.");
     alert.buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Later")};
+    QString target = accessibilitySettingsUrl;
+    if (const auto instructions = services_.accessibility.instructions()) {
+        alert.informativeText = QString::fromStdString(instructions->informativeText);
+        alert.buttons.front() = QString::fromStdString(instructions->openButtonTitle);
+        target = QString::fromStdString(instructions->url);
+    }
     if (services_.alerts.present(alert) != AlertPresenter::firstButtonResponse) return;
-    const QUrl url(accessibilitySettingsUrl, QUrl::StrictMode);
+    const QUrl url(target, QUrl::StrictMode);
     if (url.isValid()) services_.urlOpener.open(url);
 }
 

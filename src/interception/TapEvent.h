@@ -49,6 +49,12 @@ struct TapEvent {
                            std::optional<std::int16_t> subtype = std::nullopt, std::int64_t data1 = 0);
 };
 
+// The first data word of a media key's system-defined event (subtype 8): the NX key type in bits 16
+// to 23, then the key-state byte (0x0A press, 0x0B release) and the repeat bit. decode() reads it back.
+constexpr std::int64_t mediaKeyData1(int keyType, bool isDown, bool isRepeat = false) {
+    return (std::int64_t{keyType & 0xFF} << 16) | (isDown ? 0x0A00 : 0x0B00) | (isRepeat ? 1 : 0);
+}
+
 struct SyntheticKeyEvent {
     std::uint16_t virtualKeyCode = 0;
     bool isKeyDown = false;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace orvane {
 
@@ -78,10 +79,19 @@ protected:
 // The Accessibility trust query (AXIsProcessTrustedWithOptions).
 class Accessibility {
 public:
+    // How to grant trust where the system has no Accessibility settings of its own.
+    struct Instructions {
+        std::string informativeText;
+        std::string openButtonTitle;
+        std::string url;  // what that button opens
+    };
+
     virtual ~Accessibility() = default;
     static Accessibility& shared();
     // With prompt, the system asks the user to grant trust (and answers the current state).
     virtual bool isProcessTrusted(bool prompt) = 0;
+    // None where the system's Accessibility settings are the way.
+    virtual std::optional<Instructions> instructions() const { return std::nullopt; }
 };
 
 }  // namespace orvane

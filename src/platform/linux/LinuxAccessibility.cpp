@@ -1,0 +1,27 @@
+#include "platform/linux/LinuxAccessibility.h"
+
+#include "platform/linux/EvdevKeyboards.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace orvane {
+
+bool LinuxAccessibility::isProcessTrusted(bool) { return outputCreated_() && EvdevKeyboards::canReadEventDevices(); }
+
+std::string LinuxAccessibility::instructionsPath() {
+    const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/doc/orvane/linux-permissions.md");
+    if (QFileInfo::exists(installed)) return QFileInfo(installed).canonicalFilePath().toStdString();
+    return ORVANE_SOURCE_DIR "/docs/linux-permissions.md";
+}
+
+std::optional<Accessibility::Instructions> LinuxAccessibility::instructions() const {
+    return Instructions{
+        "Orvane needs to read your keyboards and to write to /dev/uinput to intercept and remap keyboard events.\n\n"
+        "Add yourself to the input group (sudo usermod -aG input $USER), install the udev rule that comes with Orvane "
+        "(packaging/linux/70-orvane-uinput.rules in /etc/udev/rules.d), load the uinput module (sudo modprobe uinput), "
+        "then log out, log in again and restart the app.",
+        "Open Instructions", "file://" + instructionsPath()};
+}
+
+}  // namespace orvane

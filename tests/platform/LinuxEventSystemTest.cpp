@@ -1,0 +1,161 @@
+// The Linux event system over fake devices: what reaches applications from real-looking key events,
+// through the real tap manager and store.
+#include "FakeHidutil.h"
+#include "interception/EventTapManager.h"
+#include "platform/Diagnostics.h"
+#include "platform/linux/LinuxEventSystem.h"
+#include "store/MappingStore.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <linux/input-event-codes.h>
+
+using namespace orvane;
+
+namespace {
+
+struct FakeKeyboards final : KeyboardInput {
+    Listener* listener = nullptr;
+    bool grabbed = false;
+    std::set<KeyboardId> busy;  // held a key when the grab came: not grabbed yet
+    bool light = false;
+
+    void setListener(Listener* l) override { listener = l; }
+    void setGrabbed(bool g) override { grabbed = g; }
+    bool isGrabbed(KeyboardId keyboard) const override { return grabbed && !busy.contains(keyboard); }
+    void setCapsLockLight(bool on) override { light = on; }
+};
+
+struct FakeOutput final : KeyboardOutput {
+    std::vector<std::pair<int, int>> writes;  // (code, value)
+    void writeKey(std::uint16_t code, int value) override { writes.emplace_back(code, value); }
+};
+
+using Writes = std::vector<std::pair<int, int>>;
+
+class LinuxEventSystemTest : public ::testing::Test {
+protected:
+    QTemporaryDir dir;
+    orvane::testing::FakeHidutil tool;
+    std::vector<std::string> lines;
+    FakeKeyboards keyboards;
+    FakeOutput output;
+    bool trusted = true;
+    LinuxEventSystem events{keyboards, output, [this] { return trusted; }};
+    std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
+    std::unique_ptr<MappingStore> store;
+    std::unique_ptr<EventTapManager> manager;
+
+    void SetUp() override {
+        diagnostics::redirectTo(&lines);
+        store = std::make_unique<MappingStore>(*defaults, HIDUtil(tool.path()));
+        store->setMappings({
+            {Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true},
+            {Uuid::random(), SourceKey::regular(KeyCode::f1), TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true},
+            {Uuid::random(), SourceKey::regular(KeyCode::q), TargetAction::block(), true},
+            {Uuid::random(), SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f13), true},
+        });
+        store->waitForCapsLockDecisions();
+        manager = std::make_unique<EventTapManager>(events, *store);
+    }
+    void TearDown() override {
+        manager.reset();
+        store.reset();
+        diagnostics::redirectTo(nullptr);
+    }
+
+    // Presses or releases keys on a keyboard and answers what the output wrote meanwhile.
+    Writes type(std::initializer_list<std::pair<int, int>> keys, KeyboardId keyboard = 1) {
+        output.writes.clear();
+        for (const auto& [code, value] : keys) keyboards.listener->keyEvent(keyboard, static_cast<std::uint16_t>(code), value);
+        return output.writes;
+    }
+};
+
+}  // namespace
+
+TEST_F(LinuxEventSystemTest, interceptingWritesWhatTheMappingsMakeWithExactModifiers) {
+    ASSERT_TRUE(manager->start());
+    EXPECT_TRUE(keyboards.grabbed);
+    const std::pair<std::vector<std::pair<int, int>>, Writes> cases[] = {
+        {{{KEY_A, 1}, {KEY_A, 2}, {KEY_A, 0}}, {{KEY_B, 1}, {KEY_B, 2}, {KEY_B, 0}}},
+        {{{KEY_Q, 1}, {KEY_Q, 0}}, {}},
+        // Shift held by the user stays as it is for an unmapped key.
+        {{{KEY_LEFTSHIFT, 1}, {KEY_C, 1}, {KEY_C, 0}, {KEY_LEFTSHIFT, 0}},
+         {{KEY_LEFTSHIFT, 1}, {KEY_C, 1}, {KEY_C, 0}, {KEY_LEFTSHIFT, 0}}},
+        // A combination gets exactly its modifiers for its key alone: Control held is let go meanwhile.
+        {{{KEY_LEFTCTRL, 1}, {KEY_F1, 1}, {KEY_F1, 0}, {KEY_LEFTCTRL, 0}},
+         {{KEY_LEFTCTRL, 1},
+          {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_LEFTCTRL, 0}, {KEY_K, 1}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTCTRL, 1},
+          {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_LEFTCTRL, 0}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTCTRL, 1},
+          {KEY_LEFTCTRL, 0}}},
+        // Of two held Shift keys, each is released where it was pressed.
+        {{{KEY_LEFTSHIFT, 1}, {KEY_RIGHTSHIFT, 1}, {KEY_LEFTSHIFT, 0}, {KEY_RIGHTSHIFT, 0}},
+         {{KEY_LEFTSHIFT, 1}, {KEY_RIGHTSHIFT, 1}, {KEY_LEFTSHIFT, 0}, {KEY_RIGHTSHIFT, 0}}},
+        // Media keys travel as system-defined events, mapped or not; keys outside the catalogue pass.
+        {{{KEY_VOLUMEUP, 1}, {KEY_VOLUMEUP, 0}, {KEY_MUTE, 1}, {KEY_MUTE, 0}}, {{KEY_F13, 1}, {KEY_F13, 0}, {KEY_MUTE, 1}, {KEY_MUTE, 0}}},
+        {{{KEY_SYSRQ, 1}, {KEY_SYSRQ, 0}}, {{KEY_SYSRQ, 1}, {KEY_SYSRQ, 0}}},
+        // Caps Lock toggles: each press is a whole press on the output, releases are not seen.
+        {{{KEY_CAPSLOCK, 1}, {KEY_CAPSLOCK, 0}}, {{KEY_CAPSLOCK, 1}, {KEY_CAPSLOCK, 0}}},
+    };
+    for (const auto& [keys, expected] : cases) {
+        output.writes.clear();
+        for (const auto& [code, value] : keys) keyboards.listener->keyEvent(1, static_cast<std::uint16_t>(code), value);
+        EXPECT_EQ(output.writes, expected) << "first key " << keys.front().first;
+    }
+}
+
+TEST_F(LinuxEventSystemTest, notInterceptingNothingIsGrabbedOrWrittenAndStoppingReleasesWhatWasHeld) {
+    EXPECT_FALSE(keyboards.grabbed);
+    EXPECT_TRUE(type({{KEY_A, 1}, {KEY_A, 0}}).empty());  // the keyboard reached applications itself
+
+    ASSERT_TRUE(manager->start());
+    EXPECT_EQ(type({{KEY_A, 1}}), (Writes{{KEY_B, 1}}));
+    output.writes.clear();
+    manager->stop();
+    EXPECT_EQ(output.writes, (Writes{{KEY_B, 0}}));
+    EXPECT_FALSE(keyboards.grabbed);
+    EXPECT_TRUE(type({{KEY_A, 0}}).empty());
+
+    trusted = false;
+    EXPECT_FALSE(manager->start());
+    EXPECT_FALSE(keyboards.grabbed);
+}
+
+TEST_F(LinuxEventSystemTest, keyboardsShareKeysAndAGoneKeyboardReleasesWhatItHeld) {
+    ASSERT_TRUE(manager->start());
+    EXPECT_EQ(type({{KEY_A, 1}}, 1), (Writes{{KEY_B, 1}}));
+    EXPECT_EQ(type({{KEY_A, 1}}, 2), (Writes{{KEY_B, 2}}));  // the same key on a second keyboard
+    EXPECT_TRUE(type({{KEY_A, 0}}, 1).empty());
+    output.writes.clear();
+    keyboards.listener->keyboardRemoved(2);
+    EXPECT_EQ(output.writes, (Writes{{KEY_B, 0}}));
+
+    // A keyboard that still held a key when interception began reaches applications until it is grabbed.
+    keyboards.busy.insert(3);
+    EXPECT_TRUE(type({{KEY_A, 1}, {KEY_A, 0}}, 3).empty());
+}
+
+TEST_F(LinuxEventSystemTest, theDesktopsCapsLockLightReachesKeyboardsAndTheFlags) {
+    ASSERT_TRUE(manager->start());
+    output.onCapsLockLight(true);
+    EXPECT_TRUE(keyboards.light);
+    std::uint64_t flags = 0;
+    manager.reset();  // a listen-only tap of our own reads the flags
+    auto tap = events.createTap(TapLocation::session, TapPlacement::headInsert, TapOptions::listenOnly, ~0ULL,
+                                [](std::uint32_t, PlatformEvent* event, void* seen) {
+                                    *static_cast<std::uint64_t*>(seen) = event->flags;
+                                    return event;
+                                },
+                                &flags);
+    auto source = events.createRunLoopSource(tap);
+    events.addToCurrentRunLoop(source);
+    events.enableTap(tap, true);
+    EXPECT_FALSE(keyboards.grabbed);  // watching is not intercepting
+    type({{KEY_A, 1}});
+    EXPECT_EQ(flags, EventFlag::alphaShift | EventFlag::nonCoalesced);
+    EXPECT_TRUE(output.writes.empty());
+}
