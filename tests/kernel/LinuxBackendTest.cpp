@@ -1,0 +1,274 @@
+// The real Linux event system inside a real kernel: a uinput "physical" keyboard in, Orvane's
+// output device read back as applications read it. Runs through kernel-vm.sh; skips anywhere else.
+#include "FakeHidutil.h"
+#include "interception/EventCapturer.h"
+#include "interception/EventTapManager.h"
+#include "interception/KeyRecorder.h"
+#include "platform/Diagnostics.h"
+#include "platform/linux/EvdevKeyboards.h"
+#include "platform/linux/LinuxEventSystem.h"
+#include "platform/linux/UinputKeyboard.h"
+#include "store/MappingStore.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <libevdev/libevdev-uinput.h>
+#include <libevdev/libevdev.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+using namespace orvane;
+
+namespace {
+
+using Keys = std::vector<std::pair<int, int>>;  // (code, value)
+
+// A keyboard made through uinput: to the backend it is hardware.
+class PhysicalKeyboard {
+public:
+    explicit PhysicalKeyboard(const char* name) {
+        libevdev* model = libevdev_new();
+        libevdev_set_name(model, name);
+        for (unsigned code = KEY_ESC; code <= KEY_KPDOT; ++code) libevdev_enable_event_code(model, EV_KEY, code, nullptr);
+        for (const unsigned code : {KEY_LEFTMETA, KEY_RIGHTMETA, KEY_VOLUMEUP, KEY_VOLUMEDOWN, KEY_MUTE, KEY_F13, KEY_F18})
+            libevdev_enable_event_code(model, EV_KEY, code, nullptr);
+        libevdev_uinput_create_from_device(model, LIBEVDEV_UINPUT_OPEN_MANAGED, &device_);
+        libevdev_free(model);
+    }
+    ~PhysicalKeyboard() { unplug(); }
+    bool exists() const { return device_ != nullptr; }
+    void type(const Keys& keys) {
+        for (const auto& [code, value] : keys) {
+            libevdev_uinput_write_event(device_, EV_KEY, static_cast<unsigned>(code), value);
+            libevdev_uinput_write_event(device_, EV_SYN, SYN_REPORT, 0);
+        }
+    }
+    void unplug() {
+        if (device_) libevdev_uinput_destroy(device_);
+        device_ = nullptr;
+    }
+
+private:
+    libevdev_uinput* device_ = nullptr;
+};
+
+// Reads a device as an application does.
+class Reader {
+public:
+    explicit Reader(const std::string& devnode) {
+        fd_ = ::open(devnode.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        if (fd_ >= 0 && libevdev_new_from_fd(fd_, &device_) != 0) device_ = nullptr;
+    }
+    ~Reader() {
+        libevdev_free(device_);
+        if (fd_ >= 0) ::close(fd_);
+    }
+    bool isOpen() const { return device_ != nullptr; }
+    // Whether the device went away (reading it fails with ENODEV) within a few seconds.
+    bool goesAway() {
+        for (int i = 0; i < 600; ++i) {
+            input_event event{};
+            if (libevdev_next_event(device_, LIBEVDEV_READ_FLAG_NORMAL, &event) == -ENODEV) return true;
+            ::usleep(10000);
+        }
+        return false;
+    }
+    libevdev* device() const { return device_; }
+    // Key events until `count` arrived or none came for a while; the event loop runs meanwhile.
+    Keys keys(std::size_t count) {
+        Keys keys;
+        QElapsedTimer quiet;
+        quiet.start();
+        while (keys.size() < count && quiet.elapsed() < 3000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            input_event event{};
+            int status;
+            while ((status = libevdev_next_event(device_, LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
+                if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY) {
+                    keys.emplace_back(event.code, event.value);
+                    quiet.restart();
+                }
+            }
+            ::usleep(5000);
+        }
+        return keys;
+    }
+
+private:
+    int fd_ = -1;
+    libevdev* device_ = nullptr;
+};
+
+void pump(int milliseconds) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < milliseconds) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+std::vector<KeyMapping> testMappings() {
+    return {
+        {Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true},
+        {Uuid::random(), SourceKey::regular(KeyCode::f1), TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true},
+        {Uuid::random(), SourceKey::regular(KeyCode::q), TargetAction::block(), true},
+        {Uuid::random(), SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f13), true},
+    };
+}
+
+bool inKernelMachine() { return std::getenv("ORVANE_KERNEL_VM") && ::access("/dev/uinput", W_OK) == 0; }
+
+class RealBackend : public ::testing::Test {
+protected:
+    std::vector<std::string> lines;
+    QTemporaryDir dir;
+    orvane::testing::FakeHidutil tool;
+    std::unique_ptr<PhysicalKeyboard> keyboard;
+    std::unique_ptr<UinputKeyboard> output;
+    std::unique_ptr<EvdevKeyboards> input;
+    std::unique_ptr<LinuxEventSystem> events;
+    std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<MappingStore> store;
+    std::unique_ptr<EventTapManager> manager;
+    std::unique_ptr<Reader> applications;
+
+    void SetUp() override {
+        if (!inKernelMachine()) GTEST_SKIP() << "needs the kernel machine of tools/kernel-vm";
+        diagnostics::redirectTo(&lines);
+        keyboard = std::make_unique<PhysicalKeyboard>("Test keyboard");
+        ASSERT_TRUE(keyboard->exists());
+        output = std::make_unique<UinputKeyboard>();
+        ASSERT_TRUE(output->isCreated());
+        input = std::make_unique<EvdevKeyboards>(output->devnode());
+        events = std::make_unique<LinuxEventSystem>(*input, *output, [] { return true; });
+        defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
+        store = std::make_unique<MappingStore>(*defaults, HIDUtil(tool.path()));
+        store->setMappings(testMappings());
+        store->waitForCapsLockDecisions();
+        manager = std::make_unique<EventTapManager>(*events, *store);
+        applications = std::make_unique<Reader>(output->devnode());
+        ASSERT_TRUE(applications->isOpen());
+    }
+    void TearDown() override {
+        manager.reset();
+        events.reset();
+        diagnostics::redirectTo(nullptr);
+    }
+    Keys typeAndRead(const Keys& keys, std::size_t expected) {
+        keyboard->type(keys);
+        return applications->keys(expected);
+    }
+};
+
+}  // namespace
+
+TEST_F(RealBackend, applicationsReceiveWhatTheMappingsMake) {
+    ASSERT_TRUE(manager->start());
+    EXPECT_EQ(typeAndRead({{KEY_A, 1}, {KEY_A, 0}}, 2), (Keys{{KEY_B, 1}, {KEY_B, 0}}));
+    EXPECT_EQ(typeAndRead({{KEY_Q, 1}, {KEY_Q, 0}, {KEY_C, 1}, {KEY_C, 0}}, 2), (Keys{{KEY_C, 1}, {KEY_C, 0}}));  // Q blocked
+    EXPECT_EQ(typeAndRead({{KEY_F1, 1}, {KEY_F1, 0}}, 10),
+              (Keys{{KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0},
+                    {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}}));
+    EXPECT_EQ(typeAndRead({{KEY_VOLUMEUP, 1}, {KEY_VOLUMEUP, 0}}, 2), (Keys{{KEY_F13, 1}, {KEY_F13, 0}}));
+}
+
+TEST_F(RealBackend, keyboardsAreGrabbedButNeverTheOutputAndStoppingReleasesAHeldKey) {
+    ASSERT_TRUE(manager->start());
+    EXPECT_EQ(typeAndRead({{KEY_A, 1}}, 1), (Keys{{KEY_B, 1}}));
+    // Our own device is free for anyone to take.
+    EXPECT_EQ(libevdev_grab(applications->device(), LIBEVDEV_GRAB), 0);
+    libevdev_grab(applications->device(), LIBEVDEV_UNGRAB);
+    manager->stop();
+    EXPECT_EQ(applications->keys(1), (Keys{{KEY_B, 0}}));
+    EXPECT_TRUE(typeAndRead({{KEY_A, 0}}, 1).empty());
+}
+
+TEST_F(RealBackend, aKeyboardPluggedInLaterIsInterceptedAndUnpluggingItReleasesItsKeys) {
+    ASSERT_TRUE(manager->start());
+    PhysicalKeyboard second("Second test keyboard");
+    ASSERT_TRUE(second.exists());
+    pump(1000);  // the hot-plug announcement
+    second.type({{KEY_A, 1}});
+    EXPECT_EQ(applications->keys(1), (Keys{{KEY_B, 1}}));
+    second.unplug();
+    EXPECT_EQ(applications->keys(1), (Keys{{KEY_B, 0}}));
+}
+
+TEST_F(RealBackend, theRecorderAndTheCaptureSeeRealKeys) {
+    std::optional<RecordedKey> recorded;
+    KeyRecorder recorder(*events, /*allowModifiers=*/true, false, [&](const RecordedKey& key) { recorded = key; });
+    recorder.start();
+    // The key is swallowed; the modifier goes on as modifiers do while recording.
+    EXPECT_EQ(typeAndRead({{KEY_LEFTSHIFT, 1}, {KEY_X, 1}, {KEY_X, 0}, {KEY_LEFTSHIFT, 0}}, 4),
+              (Keys{{KEY_LEFTSHIFT, 1}, {KEY_LEFTSHIFT, 0}}));
+    ASSERT_TRUE(recorded);
+    EXPECT_EQ(recorded->label(), "\u21E7X");
+    recorder.stop();
+
+    std::vector<DebugEvent> captured;
+    EventCapturer capturer(*events, *store, *manager, [&](const DebugEvent& event) { captured.push_back(event); }, [] { return true; });
+    capturer.start();
+    keyboard->type({{KEY_A, 1}, {KEY_A, 0}});
+    pump(500);
+    ASSERT_EQ(captured.size(), 2u);
+    EXPECT_EQ(captured[0].event.key, KeyCode::a);
+    EXPECT_EQ(captured[0].event.isDown, true);
+    EXPECT_EQ(captured[1].event.isDown, false);
+}
+
+// The process that runs the backend for the test below: interception on, until it is killed.
+TEST(RealBackendProcess, holdsInterceptionUntilKilled) {
+    if (!std::getenv("ORVANE_BACKEND_CHILD")) GTEST_SKIP() << "runs only as the child of the kill test";
+    QTemporaryDir dir;
+    orvane::testing::FakeHidutil tool;
+    UinputKeyboard output;
+    EvdevKeyboards input(output.devnode());
+    LinuxEventSystem events(input, output, [] { return true; });
+    auto defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
+    MappingStore store(*defaults, HIDUtil(tool.path()));
+    store.setMappings(testMappings());
+    store.waitForCapsLockDecisions();
+    EventTapManager manager(events, store);
+    ASSERT_TRUE(manager.start());
+    std::printf("ready %s\n", output.devnode().c_str());
+    std::fflush(stdout);
+    QCoreApplication::exec();
+}
+
+// A killed process's uinput device is destroyed with its file: the kernel releases its keys and
+// every reader sees the device go, which releases them in the desktop too.
+TEST(RealBackendKilled, itsOutputDeviceGoesAwayWithTheKeysItHeld) {
+    if (!inKernelMachine()) GTEST_SKIP() << "needs the kernel machine of tools/kernel-vm";
+    PhysicalKeyboard keyboard("Test keyboard");
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("ORVANE_BACKEND_CHILD", "1");
+    environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+    child.setProcessEnvironment(environment);
+    child.start("/proc/self/exe", {"--gtest_filter=RealBackendProcess.*"});
+    QByteArray output;
+    for (int i = 0; i < 300 && !output.contains("ready /dev/"); ++i) {
+        child.waitForReadyRead(100);
+        output += child.readAllStandardOutput();
+    }
+    const int at = output.indexOf("ready ");
+    ASSERT_GE(at, 0) << output.toStdString();
+    const std::string devnode = output.mid(at + 6).split('\n').front().toStdString();
+    Reader applications(devnode);
+    ASSERT_TRUE(applications.isOpen()) << devnode;
+    keyboard.type({{KEY_A, 1}});
+    EXPECT_EQ(applications.keys(1), (Keys{{KEY_B, 1}}));
+    child.kill();  // SIGKILL: no clean-up of its own
+    child.waitForFinished();
+    EXPECT_TRUE(applications.goesAway());
+    EXPECT_FALSE(std::filesystem::exists(devnode));
+}
