@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/KeyCode.h"
+#include "platform/HidTool.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,7 +14,8 @@ class HIDUtil {
 public:
     static constexpr std::uint64_t capsLockUsage = 0x700000039;  // 30064771129
     static constexpr std::uint64_t f18Usage = 0x70000006D;       // 30064771181
-    static QString defaultToolPath() { return QStringLiteral("/usr/bin/hidutil"); }
+    // The platform's tool: /usr/bin/hidutil on macOS, orvane-hidutil beside the application on Linux.
+    static QString defaultToolPath() { return hidToolPath(); }
 
     explicit HIDUtil(QString toolPath = defaultToolPath(), int timeoutSeconds = 10);
 

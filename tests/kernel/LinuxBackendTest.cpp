@@ -1,5 +1,6 @@
 // The real Linux event system inside a real kernel: a uinput "physical" keyboard in, Orvane's
 // output device read back as applications read it. Runs through kernel-vm.sh; skips anywhere else.
+#include "EvdevSupport.h"
 #include "FakeHidutil.h"
 #include "interception/EventCapturer.h"
 #include "interception/EventTapManager.h"
@@ -20,6 +21,7 @@
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -223,6 +225,36 @@ TEST_F(RealBackend, theRecorderAndTheCaptureSeeRealKeys) {
     EXPECT_EQ(captured[0].event.key, KeyCode::a);
     EXPECT_EQ(captured[0].event.isDown, true);
     EXPECT_EQ(captured[1].event.isDown, false);
+}
+
+// The HID layer on the emulated USB keyboard: orvane-hidutil turns Caps Lock into Escape in the
+// kernel's keymap, or into F18, which the taps turn into a combination.
+TEST_F(RealBackend, capsLockOnAUsbKeyboardThroughTheHidTool) {
+    const char* hidTool = std::getenv("ORVANE_HIDUTIL");
+    if (!hidTool) GTEST_SKIP() << "needs ORVANE_HIDUTIL";
+    ASSERT_TRUE(kerneltest::findUsbKeyboard());
+    pump(500);  // the keyboard may have come after the start: its hot-plug announcement
+    manager.reset();
+    store = std::make_unique<MappingStore>(*defaults, HIDUtil(QString::fromLocal8Bit(hidTool)));
+    manager = std::make_unique<EventTapManager>(*events, *store);
+    const auto pressCapsLock = [&](std::size_t expected) {
+        kerneltest::askHostTo("press", "caps_lock");
+        kerneltest::askHostTo("release", "caps_lock");
+        return applications->keys(expected);
+    };
+    store->setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true}});
+    ASSERT_TRUE(manager->start());
+    store->waitForCapsLockDecisions();
+    EXPECT_EQ(pressCapsLock(2), (Keys{{KEY_ESC, 1}, {KEY_ESC, 0}}));
+
+    store->setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock),
+                         TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true}});
+    store->waitForCapsLockDecisions();
+    pump(200);
+    EXPECT_EQ(pressCapsLock(10), (Keys{{KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0},
+                                       {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}}));
+    manager->stop();  // Caps Lock is itself again, and the keyboard reaches applications directly
+    EXPECT_TRUE(std::count(lines.begin(), lines.end(), "HIDUtil: Cleared HID remapping, Caps Lock restored")) << lines.size();
 }
 
 // The process that runs the backend for the test below: interception on, until it is killed.

@@ -52,7 +52,7 @@ std::optional<std::uint16_t> codeFor(KeyCode key) {
         if (withoutUsage == key) return code;
     const auto usage = hidUsage(key);
     if (!usage) return std::nullopt;
-    return hidusage::evdevCodeForUsage(static_cast<std::uint32_t>(*usage & 0xFFFF));
+    return evdevCodeForUsage(static_cast<std::uint32_t>(*usage & 0xFFFF));
 }
 
 std::optional<std::uint16_t> codeFor(SystemKeyID key) {

@@ -1,5 +1,6 @@
 #include "platform/linux/EvdevKeyboards.h"
 
+#include "platform/linux/CapsLockKeymap.h"
 #include "platform/linux/UinputKeyboard.h"
 
 #include <QSocketNotifier>
@@ -66,7 +67,7 @@ EvdevKeyboards::EvdevKeyboards(std::string ownDevnode, QObject* parent) : QObjec
     udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(enumerate)) {
         udev_device* device = udev_device_new_from_syspath(udev_, udev_list_entry_get_name(entry));
         if (!device) continue;
-        if (const char* devnode = udev_device_get_devnode(device); isEventNode(devnode)) addDevice(devnode);
+        if (const char* devnode = udev_device_get_devnode(device); isEventNode(devnode)) addDevice(devnode, false);
         udev_device_unref(device);
     }
     udev_enumerate_unref(enumerate);
@@ -87,12 +88,15 @@ bool EvdevKeyboards::canReadEventDevices() {
     return true;
 }
 
-void EvdevKeyboards::addDevice(const char* devnode) {
+void EvdevKeyboards::addDevice(const char* devnode, bool pluggedNow) {
     if (devnode == ownDevnode_ || keyboards_.contains(devnode)) return;
     auto keyboard = std::make_unique<Keyboard>();
     keyboard->fd = ::open(devnode, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (keyboard->fd < 0 || libevdev_new_from_fd(keyboard->fd, &keyboard->device) != 0) return;
     if (!isKeyboard(keyboard->device) || std::strcmp(libevdev_get_name(keyboard->device), UinputKeyboard::deviceName) == 0) return;
+    // Caps Lock below the taps holds for keyboards plugged in later too; those present at the
+    // start had it from the HID tool.
+    if (pluggedNow) applyCapsLockMappingInForce(keyboard->fd);
     keyboard->id = nextId_++;
     Keyboard* added = keyboard.get();
     keyboard->notifier = new QSocketNotifier(keyboard->fd, QSocketNotifier::Read);
@@ -170,7 +174,7 @@ void EvdevKeyboards::onHotplug() {
     const char* action = udev_device_get_action(device);
     const char* devnode = udev_device_get_devnode(device);
     if (action && isEventNode(devnode)) {
-        if (std::strcmp(action, "add") == 0) addDevice(devnode);
+        if (std::strcmp(action, "add") == 0) addDevice(devnode, true);
         else if (std::strcmp(action, "remove") == 0) removeDevice(devnode);
     }
     udev_device_unref(device);

@@ -35,7 +35,7 @@ public:
 private:
     struct Keyboard;
 
-    void addDevice(const char* devnode);
+    void addDevice(const char* devnode, bool pluggedNow);
     void removeDevice(const std::string& devnode);
     void readEvents(Keyboard& keyboard);
     void grabIfIdle(Keyboard& keyboard);

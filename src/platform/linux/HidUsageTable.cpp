@@ -1,43 +1,79 @@
 #include "platform/linux/HidUsageTable.h"
 
+#include <linux/input-event-codes.h>
+
 #include <array>
 
-namespace orvane::hidusage {
+namespace orvane {
 namespace {
 
-constexpr std::uint8_t none = 0;
-
-// Linux's hid_keyboard table for usages 0x00–0x8F and 0xE0–0xE7 (0: the kernel gives none).
-constexpr std::array<std::uint8_t, 0x90> lowUsages{
-    0,   0,   0,   0,   30,  48,  46,  32,  18,  33,  34,  35,  23,  36,  37,  38,   // 0x00
-    50,  49,  24,  25,  16,  19,  31,  20,  22,  47,  17,  45,  21,  44,  2,   3,    // 0x10
-    4,   5,   6,   7,   8,   9,   10,  11,  28,  1,   14,  15,  57,  12,  13,  26,   // 0x20
-    27,  43,  43,  39,  40,  41,  51,  52,  53,  58,  59,  60,  61,  62,  63,  64,   // 0x30
-    65,  66,  67,  68,  87,  88,  99,  70,  119, 110, 102, 104, 111, 107, 109, 106,  // 0x40
-    105, 108, 103, 69,  98,  55,  74,  78,  96,  79,  80,  81,  75,  76,  77,  71,   // 0x50
-    72,  73,  82,  83,  86,  127, 116, 117, 183, 184, 185, 186, 187, 188, 189, 190,  // 0x60
-    191, 192, 193, 194, 134, 138, 130, 132, 128, 129, 131, 137, 133, 135, 136, 113,  // 0x70
-    115, 114, none, none, none, 121, none, 89, 93, 124, 92,  94,  95,  none, none, none,  // 0x80
+struct Row {
+    std::uint8_t usage;
+    std::uint16_t code;
 };
-constexpr std::array<std::uint8_t, 8> modifierUsages{29, 42, 56, 125, 97, 54, 100, 126};  // 0xE0–0xE7
+
+// The kernel's keyboard table (hid-input), row by row; usages it does not list stay KEY_UNKNOWN.
+constexpr Row rows[] = {
+    {0x04, KEY_A}, {0x05, KEY_B}, {0x06, KEY_C}, {0x07, KEY_D}, {0x08, KEY_E}, {0x09, KEY_F}, {0x0A, KEY_G},
+    {0x0B, KEY_H}, {0x0C, KEY_I}, {0x0D, KEY_J}, {0x0E, KEY_K}, {0x0F, KEY_L}, {0x10, KEY_M}, {0x11, KEY_N},
+    {0x12, KEY_O}, {0x13, KEY_P}, {0x14, KEY_Q}, {0x15, KEY_R}, {0x16, KEY_S}, {0x17, KEY_T}, {0x18, KEY_U},
+    {0x19, KEY_V}, {0x1A, KEY_W}, {0x1B, KEY_X}, {0x1C, KEY_Y}, {0x1D, KEY_Z},
+    {0x1E, KEY_1}, {0x1F, KEY_2}, {0x20, KEY_3}, {0x21, KEY_4}, {0x22, KEY_5}, {0x23, KEY_6}, {0x24, KEY_7},
+    {0x25, KEY_8}, {0x26, KEY_9}, {0x27, KEY_0},
+    {0x28, KEY_ENTER}, {0x29, KEY_ESC}, {0x2A, KEY_BACKSPACE}, {0x2B, KEY_TAB}, {0x2C, KEY_SPACE},
+    {0x2D, KEY_MINUS}, {0x2E, KEY_EQUAL}, {0x2F, KEY_LEFTBRACE}, {0x30, KEY_RIGHTBRACE}, {0x31, KEY_BACKSLASH},
+    {0x33, KEY_SEMICOLON}, {0x34, KEY_APOSTROPHE}, {0x35, KEY_GRAVE}, {0x36, KEY_COMMA}, {0x37, KEY_DOT},
+    {0x38, KEY_SLASH}, {0x39, KEY_CAPSLOCK},
+    {0x3A, KEY_F1}, {0x3B, KEY_F2}, {0x3C, KEY_F3}, {0x3D, KEY_F4}, {0x3E, KEY_F5}, {0x3F, KEY_F6}, {0x40, KEY_F7},
+    {0x41, KEY_F8}, {0x42, KEY_F9}, {0x43, KEY_F10}, {0x44, KEY_F11}, {0x45, KEY_F12},
+    {0x46, KEY_SYSRQ}, {0x47, KEY_SCROLLLOCK}, {0x48, KEY_PAUSE}, {0x49, KEY_INSERT}, {0x4A, KEY_HOME},
+    {0x4B, KEY_PAGEUP}, {0x4C, KEY_DELETE}, {0x4D, KEY_END}, {0x4E, KEY_PAGEDOWN},
+    {0x4F, KEY_RIGHT}, {0x50, KEY_LEFT}, {0x51, KEY_DOWN}, {0x52, KEY_UP},
+    {0x53, KEY_NUMLOCK}, {0x54, KEY_KPSLASH}, {0x55, KEY_KPASTERISK}, {0x56, KEY_KPMINUS}, {0x57, KEY_KPPLUS},
+    {0x58, KEY_KPENTER}, {0x59, KEY_KP1}, {0x5A, KEY_KP2}, {0x5B, KEY_KP3}, {0x5C, KEY_KP4}, {0x5D, KEY_KP5},
+    {0x5E, KEY_KP6}, {0x5F, KEY_KP7}, {0x60, KEY_KP8}, {0x61, KEY_KP9}, {0x62, KEY_KP0}, {0x63, KEY_KPDOT},
+    {0x64, KEY_102ND}, {0x65, KEY_COMPOSE}, {0x66, KEY_POWER}, {0x67, KEY_KPEQUAL},
+    {0x68, KEY_F13}, {0x69, KEY_F14}, {0x6A, KEY_F15}, {0x6B, KEY_F16}, {0x6C, KEY_F17}, {0x6D, KEY_F18},
+    {0x6E, KEY_F19}, {0x6F, KEY_F20}, {0x70, KEY_F21}, {0x71, KEY_F22}, {0x72, KEY_F23}, {0x73, KEY_F24},
+    {0x74, KEY_OPEN}, {0x75, KEY_HELP}, {0x76, KEY_PROPS}, {0x77, KEY_FRONT}, {0x78, KEY_STOP}, {0x79, KEY_AGAIN},
+    {0x7A, KEY_UNDO}, {0x7B, KEY_CUT}, {0x7C, KEY_COPY}, {0x7D, KEY_PASTE}, {0x7E, KEY_FIND},
+    {0x7F, KEY_MUTE}, {0x80, KEY_VOLUMEUP}, {0x81, KEY_VOLUMEDOWN}, {0x85, KEY_KPCOMMA},
+    {0x87, KEY_RO}, {0x88, KEY_KATAKANAHIRAGANA}, {0x89, KEY_YEN}, {0x8A, KEY_HENKAN}, {0x8B, KEY_MUHENKAN},
+    {0x8C, KEY_KPJPCOMMA}, {0x90, KEY_HANGEUL}, {0x91, KEY_HANJA}, {0x92, KEY_KATAKANA}, {0x93, KEY_HIRAGANA},
+    {0x94, KEY_ZENKAKUHANKAKU}, {0xB6, KEY_KPLEFTPAREN}, {0xB7, KEY_KPRIGHTPAREN},
+    {0xE0, KEY_LEFTCTRL}, {0xE1, KEY_LEFTSHIFT}, {0xE2, KEY_LEFTALT}, {0xE3, KEY_LEFTMETA},
+    {0xE4, KEY_RIGHTCTRL}, {0xE5, KEY_RIGHTSHIFT}, {0xE6, KEY_RIGHTALT}, {0xE7, KEY_RIGHTMETA},
+};
+
+// Usages the kernel gives a code that a row above already names; a code's usage is the row's.
+constexpr Row aliases[] = {{0x32, KEY_BACKSLASH}, {0x9C, KEY_DELETE}, {0xD8, KEY_DELETE}};
+
+constexpr std::uint32_t firstUsage = 0x04;
+constexpr std::uint32_t lastUsage = 0xE7;
+
+constexpr auto codeByUsage = [] {
+    std::array<std::uint16_t, lastUsage + 1> table{};
+    for (const Row& row : rows) table[row.usage] = row.code;
+    for (const Row& row : aliases) table[row.usage] = row.code;
+    return table;
+}();
+
+constexpr auto usageByCode = [] {
+    std::array<std::uint8_t, KEY_MAX + 1> table{};
+    for (const Row& row : rows) table[row.code] = row.usage;
+    return table;
+}();
 
 }  // namespace
 
 std::optional<std::uint16_t> evdevCodeForUsage(std::uint32_t usageId) {
-    std::uint8_t code = none;
-    if (usageId < lowUsages.size()) code = lowUsages[usageId];
-    else if (usageId >= 0xE0 && usageId <= 0xE7) code = modifierUsages[usageId - 0xE0];
-    if (code == none) return std::nullopt;
-    return code;
+    if (usageId < firstUsage || usageId > lastUsage || codeByUsage[usageId] == 0) return std::nullopt;
+    return codeByUsage[usageId];
 }
 
 std::optional<std::uint32_t> usageForEvdevCode(std::uint16_t code) {
-    if (code == none) return std::nullopt;
-    for (std::uint32_t usage = 0; usage < lowUsages.size(); ++usage)
-        if (lowUsages[usage] == code) return usage;
-    for (std::uint32_t i = 0; i < modifierUsages.size(); ++i)
-        if (modifierUsages[i] == code) return 0xE0 + i;
-    return std::nullopt;
+    if (code > KEY_MAX || usageByCode[code] == 0) return std::nullopt;
+    return usageByCode[code];
 }
 
-}  // namespace orvane::hidusage
+}  // namespace orvane

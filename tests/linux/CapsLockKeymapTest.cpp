@@ -1,0 +1,102 @@
+// The HID tool's property text, each keyboard's step, and the state with no keyboard at all. The
+// keymaps of real keyboards are checked inside a kernel (tests/kernel/HidutilKeymapTest.cpp).
+#include "platform/linux/CapsLockKeymap.h"
+
+#include <gtest/gtest.h>
+
+#include <linux/input-event-codes.h>
+
+#include <cstdlib>
+
+#include <fstream>
+
+using namespace orvane;
+
+namespace {
+
+std::string entry(const std::string& source, const std::string& destination) {
+    return R"({"HIDKeyboardModifierMappingSrc":)" + source + R"(,"HIDKeyboardModifierMappingDst":)" + destination + "}";
+}
+std::string property(const std::string& entries) { return R"({"UserKeyMapping":[)" + entries + "]}"; }
+std::string remap(const std::string& source, const std::string& destination) { return property(entry(source, destination)); }
+
+}  // namespace
+
+TEST(UserKeyMapping, theStoresTextsAreReadAndEverythingElseRefusedWithAReason) {
+    const std::string caps = "30064771129";
+    // The text; the key Caps Lock becomes (0: cleared); a piece of the reason, when refused.
+    const std::tuple<std::string, std::uint16_t, const char*> cases[] = {
+        {R"({"UserKeyMapping":[]})", 0, nullptr},
+        {remap(caps, "30064771113"), KEY_ESC, nullptr},
+        {remap(caps, caps), KEY_CAPSLOCK, nullptr},
+        {R"({"UserKeyMapping":[]})"
+         "x",
+         0, "not JSON"},
+        {remap(caps, "5e333"), 0, "not JSON"},
+        {R"({"UserKeyMapping":[],"Other":1})", 0, "UserKeyMapping"},
+        {R"({"UserKeyMapping":{}})", 0, "not a list"},
+        {R"({"UserKeyMapping":[1]})", 0, "HIDKeyboardModifierMappingSrc"},
+        {remap(caps, "-1"), 0, "unsigned integers"},
+        {remap("30064771076", "30064771113"), 0, "only Caps Lock"},
+        {property(entry(caps, "30064771113") + "," + entry(caps, "30064771181")), 0, "more than one"},
+        {remap(caps, "30064771202"), 0, "no Linux key for the HID usage 30064771202"},  // 0x82, Locking Caps Lock
+        {remap(caps, "41"), 0, "no Linux key"},                                         // Escape without its page
+    };
+    for (const auto& [text, target, reason] : cases) {
+        SCOPED_TRACE(text);
+        std::string error;
+        const auto mapping = parseUserKeyMapping(text, error);
+        if (reason == nullptr) {
+            ASSERT_TRUE(mapping) << error;
+            EXPECT_EQ(mapping->capsLockTarget.value_or(0), target);
+        } else {
+            EXPECT_FALSE(mapping);
+            EXPECT_NE(error.find(reason), std::string::npos) << error;
+        }
+    }
+}
+
+TEST(CapsLockKeymap, aKeyboardIsTakenWhileItGivesCapsLockOrWhatWasAppliedToIt) {
+    const auto changed = [](std::uint16_t applied) { return ChangedKeyboard{"kbd", KEY_CAPSLOCK, applied}; };
+    const ChangedKeyboard escaped = changed(KEY_ESC);
+    struct Case {
+        const char* what;
+        std::uint16_t current;
+        const ChangedKeyboard* known;
+        std::optional<std::uint16_t> target;
+        KeyboardStep step;
+    };
+    const Case cases[] = {
+        {"fresh keyboard, mapping set", KEY_CAPSLOCK, nullptr, KEY_ESC, {KEY_ESC, escaped}},
+        {"fresh keyboard, cleared", KEY_CAPSLOCK, nullptr, {}, {}},
+        {"Caps Lock to itself is recorded too", KEY_CAPSLOCK, nullptr, KEY_CAPSLOCK, {{}, changed(KEY_CAPSLOCK)}},
+        {"ours, mapping changed", KEY_ESC, &escaped, KEY_F18, {KEY_F18, changed(KEY_F18)}},
+        {"ours, same mapping", KEY_ESC, &escaped, KEY_ESC, {{}, escaped}},
+        {"ours, cleared", KEY_ESC, &escaped, {}, {KEY_CAPSLOCK, {}}},
+        {"plugged in again (keymap back to its own)", KEY_CAPSLOCK, &escaped, KEY_F18, {KEY_F18, changed(KEY_F18)}},
+        {"someone else's Caps Lock", KEY_LEFTCTRL, nullptr, KEY_ESC, {}},
+        {"ours once, someone else's now", KEY_LEFTCTRL, &escaped, {}, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const KeyboardStep step = planKeyboard("kbd", c.current, c.known, c.target);
+        EXPECT_EQ(step.set, c.step.set);
+        EXPECT_EQ(step.keep, c.step.keep);
+    }
+}
+
+TEST(CapsLockKeymap, withoutKeyboardsTheMappingIsStillSetAndRecordedInAPrivateDirectory) {
+    char scratch[] = "/tmp/orvane-keymap-test.XXXXXX";
+    ASSERT_NE(mkdtemp(scratch), nullptr);
+    const std::filesystem::path root = scratch, noDevices = root / "input", state = root / "runtime" / "state.json";
+    std::filesystem::create_directory(noDevices);
+    for (const std::optional<std::uint16_t> target : {std::optional<std::uint16_t>(KEY_F18), std::optional<std::uint16_t>()}) {
+        EXPECT_TRUE(setCapsLockMapping(target, state, noDevices).ok);
+        EXPECT_EQ(loadKeymapState(state).capsLockTarget, target);
+    }
+    EXPECT_EQ(std::filesystem::status(state.parent_path()).permissions(), std::filesystem::perms::owner_all);
+    std::ofstream(state) << "{\"capsLockTarget\":1";  // a torn file reads as no state at all
+    EXPECT_FALSE(loadKeymapState(state).capsLockTarget);
+    EXPECT_FALSE(setCapsLockMapping(KEY_ESC, root / "missing" / "deeper" / "state.json", noDevices).ok);
+    std::filesystem::remove_all(root);
+}
