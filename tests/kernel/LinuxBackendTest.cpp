@@ -23,7 +23,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -68,25 +67,9 @@ private:
 // Reads a device as an application does.
 class Reader {
 public:
-    explicit Reader(const std::string& devnode) {
-        fd_ = ::open(devnode.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        if (fd_ >= 0 && libevdev_new_from_fd(fd_, &device_) != 0) device_ = nullptr;
-    }
-    ~Reader() {
-        libevdev_free(device_);
-        if (fd_ >= 0) ::close(fd_);
-    }
+    explicit Reader(const std::string& devnode) : device_(kerneltest::openEventDevice(devnode)) {}
     bool isOpen() const { return device_ != nullptr; }
-    // Whether the device went away (reading it fails with ENODEV) within a few seconds.
-    bool goesAway() {
-        for (int i = 0; i < 600; ++i) {
-            input_event event{};
-            if (libevdev_next_event(device_, LIBEVDEV_READ_FLAG_NORMAL, &event) == -ENODEV) return true;
-            ::usleep(10000);
-        }
-        return false;
-    }
-    libevdev* device() const { return device_; }
+    libevdev* device() const { return device_.get(); }
     // Key events until `count` arrived or none came for a while; the event loop runs meanwhile.
     Keys keys(std::size_t count) {
         Keys keys;
@@ -96,20 +79,25 @@ public:
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
             input_event event{};
             int status;
-            while ((status = libevdev_next_event(device_, LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
-                if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY) {
-                    keys.emplace_back(event.code, event.value);
-                    quiet.restart();
-                }
+            while ((status = libevdev_next_event(device(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
+                if (status != LIBEVDEV_READ_STATUS_SUCCESS || event.type != EV_KEY) continue;
+                keys.emplace_back(event.code, event.value);
+                quiet.restart();
             }
+            if (status == -ENODEV) gone_ = true;
             ::usleep(5000);
         }
         return keys;
     }
+    // Whether reading the device failed because it went away.
+    bool isGone() {
+        keys(1);
+        return gone_;
+    }
 
 private:
-    int fd_ = -1;
-    libevdev* device_ = nullptr;
+    kerneltest::Evdev device_;
+    bool gone_ = false;
 };
 
 void pump(int milliseconds) {
@@ -301,6 +289,6 @@ TEST(RealBackendKilled, itsOutputDeviceGoesAwayWithTheKeysItHeld) {
     EXPECT_EQ(applications.keys(1), (Keys{{KEY_B, 1}}));
     child.kill();  // SIGKILL: no clean-up of its own
     child.waitForFinished();
-    EXPECT_TRUE(applications.goesAway());
+    EXPECT_TRUE(applications.isGone());
     EXPECT_FALSE(std::filesystem::exists(devnode));
 }
