@@ -10,10 +10,8 @@ class MappingListModelTest : public ::testing::Test {
 protected:
     UiHarness ui;
     MappingListModel model{ui.store(), ui.events(), ui.manager()};
-    KeyMapping a = mapping(KeyCode::a, TargetAction::block());
-    KeyMapping b = mapping(KeyCode::b, TargetAction::block());
-    KeyMapping c = mapping(KeyCode::c, TargetAction::block());
-    KeyMapping d = mapping(KeyCode::d, TargetAction::block());
+    KeyMapping a = mapping(KeyCode::a, TargetAction::block()), b = mapping(KeyCode::b, TargetAction::block()),
+               c = mapping(KeyCode::c, TargetAction::block()), d = mapping(KeyCode::d, TargetAction::block());
 
     QVariant at(int row, int role) { return model.data(model.index(row), role); }
 };

@@ -1,5 +1,4 @@
-// The configuration window's list from the real QML: empty state, rows of every kind, row actions
-// by pointer and keyboard, drag reordering, the interception switch and the settings popover.
+// The configuration window from the real QML: the list (rows, row actions, drag, switch, settings) and the add/edit sheet.
 #include "MappingsTestSupport.h"
 
 #include <QAccessible>
@@ -8,7 +7,51 @@
 using namespace orvane;
 using namespace orvane::testing;
 
-using MappingListViewTest = MappingsViewTest;
+namespace {
+
+// The non-empty texts of visible text items at or under item, in tree order: what a row shows.
+QStringList visibleTexts(QQuickItem* item) {
+    QStringList texts;
+    if (!item || !item->isVisible()) return texts;
+    if (const QString text = item->property("text").toString(); item->inherits("QQuickText") && !text.isEmpty()) texts.append(text);
+    for (QQuickItem* child : item->childItems()) texts += visibleTexts(child);
+    return texts;
+}
+
+class MappingListViewTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+
+    void SetUp() override {
+        ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(500, 400)));
+        frame();
+    }
+    // Layouts and lists are polished when a frame is drawn; grabbing draws one at once.
+    void frame() {
+        ui.settle();
+        ui.view()->grabWindow();
+        ui.settle();
+    }
+    void click(QQuickItem* item, UiHarness::Mouse action = UiHarness::Mouse::click) { ui.click(item, action), frame(); }
+    void key(int key) { ui.key(key), frame(); }
+    void use(std::vector<KeyMapping> mappings) { ui.store().setMappings(std::move(mappings)), frame(); }
+    void type(std::uint32_t eventType, KeyCode key) { ui.events().inject({eventType, static_cast<std::uint16_t>(rawValue(key)), 0, 0, {}}); }
+
+    MappingListModel* model() { return ui.view()->rootObject()->findChild<MappingListModel*>(); }
+    QQuickItem* item(const char* objectName) { return ui.find(QString::fromLatin1(objectName)); }
+    QQuickItem* row(int i) { return ui.find(QStringLiteral("mappingRow%1").arg(i)); }
+    QQuickItem* inRow(int i, const char* name) { return childNamed(row(i), QString::fromLatin1(name)); }
+    QVariant property(const char* objectName, const char* name) { return item(objectName)->property(name); }
+    // Found and visible (a closed popup's contents are still found).
+    bool shown(const char* objectName) { return item(objectName) && item(objectName)->isVisible(); }
+    QString sheetTitle() { return shown("sheetTitle") ? property("sheetTitle", "text").toString() : QString(); }
+    QString recorderText(const char* recorder) {
+        return childNamed(item(recorder), QStringLiteral("recorderText"))->property("text").toString();
+    }
+};
+using AddMappingViewTest = MappingListViewTest;
+
+}  // namespace
 
 TEST_F(MappingListViewTest, anEmptyListInvitesTheFirstMappingAndBothButtonsOpenANewSheet) {
     EXPECT_TRUE(shown("emptyState"));
@@ -25,6 +68,7 @@ TEST_F(MappingListViewTest, anEmptyListInvitesTheFirstMappingAndBothButtonsOpenA
     }
 }
 
+// Which badge a row earns in each Caps Lock state: the model's tests.
 TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     use({
         mapping(KeyCode::a, TargetAction::key(KeyCode::b)),
@@ -43,10 +87,6 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
     ui.screenshot(QStringLiteral("config-list"));
-
-    ui.store().setCapsLockHIDState(true, false);
-    frame();
-    EXPECT_EQ(visibleTexts(row(4)), (QStringList{"⇪", "HID+Tap", "⎋"}));
     // The checkbox toggles the mapping; enabled again, the row shows its badge again.
     click(inRow(5, "enabledCheckBox"));
     EXPECT_TRUE(ui.store().mappings()[5].isEnabled);
@@ -58,7 +98,7 @@ TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
     const auto second = mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}));
     use({first, second});
     EXPECT_FALSE(inRow(1, "rowActions")->isEnabled());
-    hover(row(1));
+    click(row(1), UiHarness::Mouse::hover);
     EXPECT_FALSE(inRow(0, "rowActions")->isEnabled());
     ASSERT_TRUE(inRow(1, "rowActions")->isEnabled());
     for (const auto& [name, label] : {std::pair{"editButton", "Edit mapping"}, std::pair{"deleteButton", "Delete mapping"}}) {
@@ -73,12 +113,12 @@ TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
     ASSERT_NE(model()->editor(), nullptr);
     EXPECT_EQ(model()->editor()->targetField()->text(), "⇧⌘K");
     key(Qt::Key_Escape);
-    hover(row(0));
+    click(row(0), UiHarness::Mouse::hover);
     click(inRow(0, "deleteButton"));
     EXPECT_EQ(ui.store().mappings(), std::vector<KeyMapping>{second});
 }
 
-// A double click edits a row: the sheet view's tests.
+// A double click edits a row: the sheet's tests below.
 TEST_F(MappingListViewTest, returnEditsTheSelectedRowAndDeleteOrBackspaceRemovesOnlyIt) {
     const auto a = mapping(KeyCode::a, TargetAction::block());
     const auto b = mapping(KeyCode::b, TargetAction::block());
@@ -158,4 +198,52 @@ TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {
         reached.append(ui.view()->activeFocusItem()->objectName());
     }
     EXPECT_EQ(reached, (QStringList{"activeSwitch", "addMappingButton", "mappingList", "enabledCheckBox", "settingsButton"}));
+}
+
+TEST_F(AddMappingViewTest, aNewSheetOffersRemapRecordsTheSourceAndReturnAddsABlockedKey) {
+    click(item("addMappingButton"));
+    EXPECT_EQ(sheetTitle(), "New Mapping");
+    EXPECT_EQ(property("primaryButton", "text"), "Add Mapping");
+    EXPECT_FALSE(item("primaryButton")->isEnabled());
+    EXPECT_TRUE(property("segmentRemap", "checked").toBool() && shown("targetRecorder") && !shown("blockCaption"));
+    EXPECT_EQ(recorderText("sourceRecorder"), "Press the key to remap...");
+    EXPECT_EQ(recorderText("targetRecorder"), "Press target key or combination...");
+    ui.screenshot(QStringLiteral("sheet-new"));
+
+    click(item("segmentBlock"));
+    EXPECT_FALSE(property("segmentRemap", "checked").toBool() || shown("targetRecorder"));
+    EXPECT_EQ(property("blockCaption", "text"), "The source key will be completely disabled.");
+    EXPECT_TRUE(shown("blockCaption"));
+    // Without a source Return does nothing and the sheet stays.
+    key(Qt::Key_Return);
+    EXPECT_TRUE(shown("mappingSheet"));
+    EXPECT_TRUE(ui.store().mappings().empty());
+
+    click(childNamed(item("sourceRecorder"), QStringLiteral("recordButton")));
+    EXPECT_EQ(recorderText("sourceRecorder"), "Press any key...");
+    type(10, KeyCode::f5);
+    type(11, KeyCode::f5);
+    frame();
+    EXPECT_EQ(recorderText("sourceRecorder"), "F5");
+    EXPECT_TRUE(item("primaryButton")->isEnabled());
+    key(Qt::Key_Return);
+    EXPECT_FALSE(shown("mappingSheet"));
+    EXPECT_EQ(model()->editor(), nullptr);
+    ASSERT_EQ(ui.store().mappings().size(), 1u);
+    EXPECT_EQ(ui.store().mappings()[0], (KeyMapping{ui.store().mappings()[0].id, SourceKey::regular(KeyCode::f5), TargetAction::block(), true}));
+}
+
+TEST_F(AddMappingViewTest, editingACombinationShowsItAndSavesItUnchanged) {
+    const auto combination = mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), false);
+    use({mapping(KeyCode::a, TargetAction::block()), combination});
+    click(row(1), UiHarness::Mouse::doubleClick);
+    EXPECT_EQ(sheetTitle(), "Edit Mapping");
+    EXPECT_EQ(recorderText("sourceRecorder"), "F1");
+    EXPECT_EQ(recorderText("targetRecorder"), "⇧⌘K");
+    EXPECT_TRUE(property("segmentRemap", "checked").toBool());
+    EXPECT_EQ(property("primaryButton", "text"), "Save Changes");
+    ui.screenshot(QStringLiteral("sheet-edit-combination"));
+    click(item("primaryButton"));
+    EXPECT_FALSE(shown("mappingSheet"));
+    EXPECT_EQ(ui.store().mappings().at(1), combination);
 }

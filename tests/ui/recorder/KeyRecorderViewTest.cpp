@@ -1,13 +1,56 @@
-// The key recorder field as the user sees it: texts, colours, frame and recording over the simulated
-// keyboard. Pausing the main tap while recording: the scenario files and the recorder's own tests.
-#include "RecorderTestSupport.h"
+// The key recorder field and its picker as the user sees them, over the simulated keyboard. Pausing
+// the main tap while recording: the scenario files and the recorder's own tests.
+#include "UiHarness.h"
+#include "ui/recorder/KeyRecorderField.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
 
 using namespace orvane;
 using namespace orvane::testing;
 
+namespace {
+
+const QString placeholder = QStringLiteral("Press target key or combination...");
+
+// A field at the top of a window with room for its picker.
+class RecorderViewTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+    std::unique_ptr<KeyRecorderField> field;
+
+    void showField(bool allowModifiers) {
+        field = std::make_unique<KeyRecorderField>(allowModifiers, placeholder);
+        ASSERT_TRUE(ui.show(QStringLiteral("RecorderHost.qml"), QSize(720, 480)));
+        ui.view()->rootObject()->setProperty("field", QVariant::fromValue(field.get()));
+        ui.settle();
+    }
+    void TearDown() override {
+        if (field) field->stopRecording();
+    }
+    QVariant read(const QString& objectName, const char* property) {
+        QQuickItem* item = ui.find(objectName);
+        return item ? item->property(property) : QVariant();
+    }
+    bool isShown(const QString& objectName) { return read(objectName, "visible").toBool(); }
+    // A colour of the palette an item uses ("text", "placeholderText", "highlight").
+    QColor paletteColor(const QString& objectName, const char* role) {
+        return read(objectName, "palette").value<QObject*>()->property(role).value<QColor>();
+    }
+    void openPicker() {
+        ui.click(ui.find("pickButton"));
+        ASSERT_TRUE(isShown("searchField"));
+    }
+    int cellCount() { return read("keyGridView", "count").toInt(); }
+};
+using PickerViewTest = RecorderViewTest;
+
+}  // namespace
+
 TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndClearRemoves) {
     showField(true);
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press target key or combination..."));
+    EXPECT_EQ(read("recorderText", "text").toString(), placeholder);
     EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
     EXPECT_FALSE(isShown("clearButton"));
 
@@ -24,7 +67,7 @@ TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndCle
 
     ui.click(ui.find("clearButton"));
     EXPECT_FALSE(field->hasKey());
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press target key or combination..."));
+    EXPECT_EQ(read("recorderText", "text").toString(), placeholder);
     EXPECT_FALSE(isShown("clearButton"));
 }
 
@@ -51,10 +94,76 @@ TEST_F(RecorderViewTest, leavingTheScreenEndsTheRecordingAndResumesTheMainTap) {
     showField(false);
     ui.click(ui.find("recordButton"));
     ASSERT_FALSE(ui.manager().isRunning());
-
     ui.find("recorderView")->setVisible(false);
     ui.settle();
-
     EXPECT_FALSE(field->isRecording());
     EXPECT_TRUE(ui.manager().isRunning());
+}
+
+// Which keys a search finds: the picker model's tests.
+TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsAfresh) {
+    showField(true);
+    openPicker();
+    EXPECT_EQ(cellCount(), 26);
+    ui.click(ui.find("categoryTab_Media & System"));
+    EXPECT_EQ(cellCount(), 5);
+    for (const char* name : {"Globe", "Launchpad", "Dictation", "Do Not Disturb", "Mission Control"})
+        EXPECT_TRUE(ui.find(QStringLiteral("keyButton_") + QLatin1String(name))) << name;
+    ui.screenshot(QStringLiteral("picker-category"), ui.find("searchField"));
+
+    ui.click(ui.find("modOption"));
+    ui.click(ui.find("searchField"));
+    for (Qt::Key key : {Qt::Key_P, Qt::Key_A, Qt::Key_G, Qt::Key_E}) ui.key(key);
+    EXPECT_FALSE(isShown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 2);
+    EXPECT_TRUE(ui.find("keyButton_Page Down"));
+    ui.screenshot(QStringLiteral("picker-search"), ui.find("searchField"));
+
+    // Escape writes nothing; the next opening shows the first tab, no search and no modifiers.
+    ui.key(Qt::Key_Escape);
+    ASSERT_FALSE(isShown("searchField"));
+    EXPECT_FALSE(field->hasKey());
+    openPicker();
+    EXPECT_EQ(read("searchField", "text").toString(), QString());
+    EXPECT_TRUE(isShown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 26);
+    EXPECT_FALSE(read("modOption", "checked").toBool());
+}
+
+TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
+    showField(true);
+    field->toggleRecording();
+    openPicker();
+    ASSERT_TRUE(isShown("modifierRow"));
+    ui.click(ui.find("modCommand"));
+    ui.click(ui.find("modShift"));
+    ui.click(ui.find("keyButton_A"));
+    EXPECT_FALSE(isShown("searchField"));
+    EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
+    EXPECT_TRUE(field->isRecording());
+}
+
+TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
+    showField(false);
+    openPicker();
+    EXPECT_FALSE(isShown("modifierRow") || isShown("modifierDivider"));
+    ui.click(ui.find("categoryTab_Modifiers"));
+    ui.click(ui.find("keyButton_Right Option"));
+    EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::rightOption), {}}));
+}
+
+TEST_F(PickerViewTest, thePopoverReachesPastItsWindowAndClosesWhenAnotherWindowIsActivated) {
+    showField(true);
+    ui.view()->resize(500, 400);  // the sheet's window is narrower than the picker
+    ui.settle();
+    openPicker();
+    QQuickItem* search = ui.find("searchField");
+    ASSERT_TRUE(search);
+    EXPECT_NE(search->window(), ui.view());
+    EXPECT_GT(search->window()->width(), ui.view()->width());
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return search->window()->isActive(); }, 10000));
+    ui.view()->requestActivate();  // a click anywhere else
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown("searchField"); }, 10000));
+    EXPECT_FALSE(field->hasKey());
 }
