@@ -1,6 +1,5 @@
 // The update check against a local HTTP server, with an injected clock, alert presenter and URL opener.
 #include "AppFakes.h"
-#include "TestHttpServer.h"
 #include "app/UpdateChecker.h"
 #include "store/UserDefaults.h"
 
@@ -10,6 +9,8 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -40,16 +41,38 @@ struct UpdateCheckerTest : ::testing::Test {
     QTemporaryDir dir;
     std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
     CountingNetwork network;
-    TestHttpServer server;
     ScriptedAlertPresenter alerts;
     RecordingUrlOpener opener;
+    // A server on a free port of 127.0.0.1 that answers every request with this status and body.
+    QTcpServer server;
+    int status = 200;
+    QByteArray body;
+    QList<QByteArray> requestLines;  // e.g. "GET /version.json HTTP/1.1"
 
-    // The running application is version 1.2, build 5 unless told otherwise.
-    std::unique_ptr<UpdateChecker> makeChecker(const QUrl& url, const QString& build = QStringLiteral("5")) {
+    void SetUp() override {
+        ASSERT_TRUE(server.listen(QHostAddress(QHostAddress::LocalHost), 0));
+        QObject::connect(&server, &QTcpServer::newConnection, [this] {
+            while (QTcpSocket* socket = server.nextPendingConnection()) {
+                QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+                QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                    // Answered once the request's header is complete; a body is never expected.
+                    if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) return;
+                    const QByteArray request = socket->readAll();
+                    requestLines.append(request.left(request.indexOf("\r\n")));
+                    socket->write("HTTP/1.1 " + QByteArray::number(status) + " Status\r\nContent-Type: application/json\r\n" +
+                                  "Content-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+    }
+    // The running application is version 1.2, build 5 unless told otherwise; it asks the local server
+    // unless given another URL.
+    std::unique_ptr<UpdateChecker> makeChecker(QUrl url = {}, const QString& build = QStringLiteral("5")) {
+        if (url.isEmpty()) url = QUrl(QStringLiteral("http://127.0.0.1:%1/version.json").arg(server.serverPort()));
         return std::make_unique<UpdateChecker>(*defaults, &network, [] { return launchTime; }, url, QStringLiteral("1.2"), build,
                                                alerts, opener);
     }
-    std::unique_ptr<UpdateChecker> makeChecker() { return makeChecker(server.url()); }
 
     // Waits for every request sent so far to finish, then runs the queued work (the alert) it left.
     void settle() {
@@ -65,12 +88,12 @@ struct UpdateCheckerTest : ::testing::Test {
 }  // namespace
 
 TEST_F(UpdateCheckerTest, firstLaunchChecksThenOnlyWhenMoreThanADayHasPassed) {
-    server.respond(200, newerDocument);
+    body = newerDocument;
     const auto checker = makeChecker();
     checker->checkForUpdatesIfNeeded();
     EXPECT_EQ(storedTime(), launchTime);  // already before the reply
     settle();
-    EXPECT_EQ(server.requestLines(), QList<QByteArray>{"GET /version.json HTTP/1.1"});
+    EXPECT_EQ(requestLines, QList<QByteArray>{"GET /version.json HTTP/1.1"});
     ASSERT_EQ(alerts.shown.size(), 1u);
     EXPECT_EQ(alerts.shown[0].style, AlertPresenter::Alert::Style::informational);
     EXPECT_EQ(alerts.shown[0].message, "Update Available");
@@ -118,10 +141,10 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
         {200, "", false},
     };
     const auto checker = makeChecker();
-    for (const auto& [status, body, announced] : cases) {
-        SCOPED_TRACE(body.toStdString());
+    for (const auto& [code, document, announced] : cases) {
+        SCOPED_TRACE(document.toStdString());
         alerts.shown.clear();
-        server.respond(status, body);
+        status = code, body = document;
         checker->fetchVersionInfo();
         settle();
         EXPECT_EQ(alerts.shown.size(), announced ? 1u : 0u);
@@ -129,7 +152,7 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
 }
 
 TEST_F(UpdateCheckerTest, theAlertWaitsForTheEventLoopAndAnUnreadableRunningBuildCountsAsZero) {
-    const auto checker = makeChecker(server.url(), QStringLiteral("5a"));
+    const auto checker = makeChecker(QUrl(), QStringLiteral("5a"));
     checker->handleVersionData(R"({"version":"1.2","build":1,"downloadURL":"","releaseNotes":""})");
     EXPECT_TRUE(alerts.shown.empty());  // never from inside the caller (the reply's handler)
     QCoreApplication::sendPostedEvents();
