@@ -1,6 +1,9 @@
 // The add/edit sheet's state: how an edit starts, when it may save, and what saving hands the store.
-#include "MappingsTestSupport.h"
+#include "Mappings.h"
+#include "UiHarness.h"
 #include "ui/mappings/AddMappingController.h"
+
+#include <gtest/gtest.h>
 
 #include <QSignalSpy>
 

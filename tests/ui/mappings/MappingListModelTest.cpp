@@ -1,10 +1,18 @@
 // The list model: badges, in-place updates, selection and moves. What rows show: the list view's tests.
-#include "MappingsTestSupport.h"
+#include "Mappings.h"
+#include "UiHarness.h"
+#include "ui/mappings/MappingListModel.h"
+
+#include <gtest/gtest.h>
 
 #include <QSignalSpy>
 
 using namespace orvane;
 using namespace orvane::testing;
+
+namespace {
+
+QString idText(const KeyMapping& m) { return QString::fromStdString(m.id.toString()); }
 
 class MappingListModelTest : public ::testing::Test {
 protected:
@@ -15,6 +23,8 @@ protected:
 
     QVariant at(int row, int role) { return model.data(model.index(row), role); }
 };
+
+}  // namespace
 
 TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifierOrder) {
     // The mapping, Caps Lock's HID state (which says nothing about other keys), badge, colour, tooltip.

@@ -1,5 +1,9 @@
 // The configuration window from the real QML: the list (rows, row actions, drag, switch, settings) and the add/edit sheet.
-#include "MappingsTestSupport.h"
+#include "Mappings.h"
+#include "UiHarness.h"
+#include "ui/mappings/MappingListModel.h"
+
+#include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QTest>

@@ -1,10 +1,9 @@
-// Mapping builders for the configuration window's tests, over the UI harness.
+// Mappings with fresh ids, and the ids of a list, for tests.
 #pragma once
 
-#include "UiHarness.h"
-#include "ui/mappings/MappingListModel.h"
+#include "model/Mapping.h"
 
-#include <gtest/gtest.h>
+#include <vector>
 
 namespace orvane::testing {
 
@@ -12,7 +11,6 @@ inline KeyMapping mapping(SourceKey source, TargetAction target, bool enabled = 
 inline KeyMapping mapping(KeyCode source, TargetAction target, bool enabled = true) {
     return mapping(SourceKey::regular(source), target, enabled);
 }
-inline QString idText(const KeyMapping& m) { return QString::fromStdString(m.id.toString()); }
 inline std::vector<Uuid> idsOf(const std::vector<KeyMapping>& list) {
     std::vector<Uuid> ids;
     for (const auto& m : list) ids.push_back(m.id);
