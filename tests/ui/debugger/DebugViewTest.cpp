@@ -37,21 +37,20 @@ protected:
     void SetUp() override { ASSERT_TRUE(ui.show(QStringLiteral("DebugView.qml"), QSize(550, 500))); }
 
     DebugViewModel* model() { return ui.view()->rootObject()->property("model").value<DebugViewModel*>(); }
-    QQuickItem* item(const char* name) { return ui.find(QString::fromLatin1(name)); }
-    QString text(const char* name) { return item(name)->property("text").toString(); }
+    QString text(const char* name) { return ui.read(name, "text").toString(); }
     void type(const PlatformEvent& event) {
         ui.events().inject(event);
         ui.settle();
     }
     void startCapture() {
-        ui.click(item("captureButton"));
+        ui.click(ui.find("captureButton"));
         ASSERT_TRUE(model()->isCapturing());
     }
 
     // The rows laid out in the list, top to bottom.
     std::vector<ShownRow> rows() {
         std::vector<QQuickItem*> items;
-        for (QQuickItem* child : item("eventListView")->property("contentItem").value<QQuickItem*>()->childItems())
+        for (QQuickItem* child : ui.find("eventListView")->property("contentItem").value<QQuickItem*>()->childItems())
             if (child->isVisible() && childNamed(child, QStringLiteral("directionBadge"))) items.push_back(child);
         std::sort(items.begin(), items.end(), [](QQuickItem* a, QQuickItem* b) { return a->y() < b->y(); });
         std::vector<ShownRow> shown;
@@ -119,9 +118,9 @@ TEST(DebugViewModel, aCaptureWithoutATapStillShowsCapturing) {
 
 TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterceptionRuns) {
     EXPECT_EQ(text("statusText"), instruction);
-    EXPECT_FALSE(item("statusIcon")->isVisible());
+    EXPECT_FALSE(ui.find("statusIcon")->isVisible());
     EXPECT_EQ(text("captureButton"), "Start Capture");
-    EXPECT_FALSE(item("clearButton")->isEnabled());
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
     EXPECT_EQ(text("countText"), "0 events");
     EXPECT_TRUE(rows().empty());
     ui.screenshot(QStringLiteral("debugger-empty"));
@@ -133,8 +132,8 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
         ui.settle();
         EXPECT_EQ(text("statusText"), running ? QString::fromUtf8("Mappings active \u2013 events shown are post-remap")
                                               : QString::fromUtf8("Mappings inactive \u2013 events shown are raw hardware"));
-        EXPECT_EQ(item("statusIcon")->property("name").toString(), running ? "bolt.circle.fill" : "circle");
-        EXPECT_EQ(item("statusText")->property("color").value<QColor>() == green, running);
+        EXPECT_EQ(ui.find("statusIcon")->property("name").toString(), running ? "bolt.circle.fill" : "circle");
+        EXPECT_EQ(ui.find("statusText")->property("color").value<QColor>() == green, running);
     }
 }
 
@@ -158,16 +157,16 @@ TEST_F(DebugViewTest, rowsShowNewestFirstClearEmptiesThemAndTheNoiseBoxSwitchesT
         EXPECT_EQ(shown[i].badge, expected[i].second) << i;
     }
     EXPECT_EQ(text("countText"), "6 events");
-    ui.click(item("clearButton"));
+    ui.click(ui.find("clearButton"));
     EXPECT_TRUE(rows().empty());
     EXPECT_EQ(text("countText"), "0 events");
-    EXPECT_FALSE(item("clearButton")->isEnabled());
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
 
     // Which events are noise is the capture's rule; here only that the box switches the filter off
     // and that the capture goes on after a clear.
     type(systemDefined(211, 0));
     EXPECT_TRUE(rows().empty());
-    ui.click(item("filterNoiseBox"));
+    ui.click(ui.find("filterNoiseBox"));
     type(systemDefined(211, 0));
     ASSERT_EQ(rows().size(), 1u);
     EXPECT_TRUE(rows().front().text.startsWith(QString::fromUtf8("\u25C6 sys:211|")));
@@ -193,7 +192,7 @@ TEST_F(DebugViewTest, autoScrollBringsTheNewestRowToTheTop) {
     startCapture();
     for (int i = 0; i < 40; ++i) ui.events().inject(keyEvent(10, KeyCode::a));
     ui.settle();
-    QQuickItem* list = item("eventListView");
+    QQuickItem* list = ui.find("eventListView");
     const auto top = [list] { return list->property("originY").toReal(); };
     list->setProperty("contentY", top() + 200);
     type(keyEvent(10, KeyCode::b));
@@ -205,11 +204,11 @@ TEST_F(DebugViewTest, autoScrollBringsTheNewestRowToTheTop) {
 TEST_F(DebugViewTest, tabReachesEveryControlWithoutTogglingTheCapture) {
     startCapture();
     type(keyEvent(10, KeyCode::a));  // so that "Clear" is enabled
-    item("captureButton")->forceActiveFocus(Qt::TabFocusReason);
+    ui.find("captureButton")->forceActiveFocus(Qt::TabFocusReason);
     for (const char* name : {"eventList", "clearButton", "autoScrollBox", "filterNoiseBox", "captureButton"}) {
         ui.key(Qt::Key_Tab);
         QQuickItem* focused = ui.view()->activeFocusItem();
-        EXPECT_TRUE(focused == item(name) || item(name)->isAncestorOf(focused)) << name;
+        EXPECT_TRUE(focused == ui.find(name) || ui.find(name)->isAncestorOf(focused)) << name;
     }
     EXPECT_TRUE(model()->isCapturing());
 }

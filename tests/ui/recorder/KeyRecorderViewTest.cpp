@@ -29,20 +29,15 @@ protected:
     void TearDown() override {
         if (field) field->stopRecording();
     }
-    QVariant read(const QString& objectName, const char* property) {
-        QQuickItem* item = ui.find(objectName);
-        return item ? item->property(property) : QVariant();
-    }
-    bool isShown(const QString& objectName) { return read(objectName, "visible").toBool(); }
     // A colour of the palette an item uses ("text", "placeholderText", "highlight").
     QColor paletteColor(const QString& objectName, const char* role) {
-        return read(objectName, "palette").value<QObject*>()->property(role).value<QColor>();
+        return ui.read(objectName, "palette").value<QObject*>()->property(role).value<QColor>();
     }
     void openPicker() {
         ui.click(ui.find("pickButton"));
-        ASSERT_TRUE(isShown("searchField"));
+        ASSERT_TRUE(ui.shown("searchField"));
     }
-    int cellCount() { return read("keyGridView", "count").toInt(); }
+    int cellCount() { return ui.read("keyGridView", "count").toInt(); }
 };
 using PickerViewTest = RecorderViewTest;
 
@@ -50,42 +45,42 @@ using PickerViewTest = RecorderViewTest;
 
 TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndClearRemoves) {
     showField(true);
-    EXPECT_EQ(read("recorderText", "text").toString(), placeholder);
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
-    EXPECT_FALSE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), placeholder);
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
+    EXPECT_FALSE(ui.shown("clearButton"));
 
     field->setRecordedKey(RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}});
     ui.settle();
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
-    ASSERT_TRUE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
+    ASSERT_TRUE(ui.shown("clearButton"));
     ui.click(ui.find("recordButton"));
     ASSERT_TRUE(field->isRecording());
     ui.click(ui.find("recordButton"));  // Cancel
     EXPECT_FALSE(field->isRecording());
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
 
     ui.click(ui.find("clearButton"));
     EXPECT_FALSE(field->hasKey());
-    EXPECT_EQ(read("recorderText", "text").toString(), placeholder);
-    EXPECT_FALSE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), placeholder);
+    EXPECT_FALSE(ui.shown("clearButton"));
 }
 
 TEST_F(RecorderViewTest, whileRecordingTheFrameIsHighlightedUntilTheFirstKeyEndsIt) {
     showField(true);
     ui.click(ui.find("recordButton"));
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
-    EXPECT_EQ(read("recordButton", "text").toString(), QStringLiteral("Cancel"));
-    QObject* border = read("recorderFrame", "border").value<QObject*>();
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
+    EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Cancel"));
+    QObject* border = ui.read("recorderFrame", "border").value<QObject*>();
     EXPECT_EQ(border->property("width").toInt(), 2);
     EXPECT_EQ(border->property("color").value<QColor>(), paletteColor("recorderFrame", "highlight"));
     ui.screenshot(QStringLiteral("recorder-recording"));
 
     ui.events().inject({10, static_cast<std::uint16_t>(rawValue(KeyCode::a)), EventFlag::command | EventFlag::shift, 0, std::nullopt});
     ui.settle();
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
-    EXPECT_EQ(read("recordButton", "text").toString(), QStringLiteral("Record"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Record"));
     EXPECT_EQ(border->property("width").toInt(), 1);
 }
 
@@ -114,31 +109,31 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     ui.click(ui.find("modOption"));
     ui.click(ui.find("searchField"));
     for (Qt::Key key : {Qt::Key_P, Qt::Key_A, Qt::Key_G, Qt::Key_E}) ui.key(key);
-    EXPECT_FALSE(isShown("categoryTabs"));
+    EXPECT_FALSE(ui.shown("categoryTabs"));
     EXPECT_EQ(cellCount(), 2);
     EXPECT_TRUE(ui.find("keyButton_Page Down"));
     ui.screenshot(QStringLiteral("picker-search"), ui.find("searchField"));
 
     // Escape writes nothing; the next opening shows the first tab, no search and no modifiers.
     ui.key(Qt::Key_Escape);
-    ASSERT_FALSE(isShown("searchField"));
+    ASSERT_FALSE(ui.shown("searchField"));
     EXPECT_FALSE(field->hasKey());
     openPicker();
-    EXPECT_EQ(read("searchField", "text").toString(), QString());
-    EXPECT_TRUE(isShown("categoryTabs"));
+    EXPECT_EQ(ui.read("searchField", "text").toString(), QString());
+    EXPECT_TRUE(ui.shown("categoryTabs"));
     EXPECT_EQ(cellCount(), 26);
-    EXPECT_FALSE(read("modOption", "checked").toBool());
+    EXPECT_FALSE(ui.read("modOption", "checked").toBool());
 }
 
 TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
     showField(true);
     field->toggleRecording();
     openPicker();
-    ASSERT_TRUE(isShown("modifierRow"));
+    ASSERT_TRUE(ui.shown("modifierRow"));
     ui.click(ui.find("modCommand"));
     ui.click(ui.find("modShift"));
     ui.click(ui.find("keyButton_A"));
-    EXPECT_FALSE(isShown("searchField"));
+    EXPECT_FALSE(ui.shown("searchField"));
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
     EXPECT_TRUE(field->isRecording());
 }
@@ -146,7 +141,7 @@ TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesA
 TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
     showField(false);
     openPicker();
-    EXPECT_FALSE(isShown("modifierRow") || isShown("modifierDivider"));
+    EXPECT_FALSE(ui.shown("modifierRow") || ui.shown("modifierDivider"));
     ui.click(ui.find("categoryTab_Modifiers"));
     ui.click(ui.find("keyButton_Right Option"));
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::rightOption), {}}));
@@ -164,6 +159,6 @@ TEST_F(PickerViewTest, thePopoverReachesPastItsWindowAndClosesWhenAnotherWindowI
 
     EXPECT_TRUE(QTest::qWaitFor([&] { return search->window()->isActive(); }, 10000));
     ui.view()->requestActivate();  // a click anywhere else
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown("searchField"); }, 10000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !ui.shown("searchField"); }, 10000));
     EXPECT_FALSE(field->hasKey());
 }

@@ -39,7 +39,7 @@ protected:
         QQuickView* view = ui.show(QStringLiteral("SettingsPanel.qml"), QSize(250, 330));
         return view ? view->rootObject() : nullptr;
     }
-    bool isChecked(const char* objectName) { return ui.find(QString::fromLatin1(objectName))->property("checked").toBool(); }
+    bool isChecked(const char* objectName) { return ui.read(objectName, "checked").toBool(); }
 };
 
 }  // namespace

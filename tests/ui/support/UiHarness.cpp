@@ -69,6 +69,11 @@ QQuickItem* UiHarness::find(const QString& objectName) const {
     return nullptr;
 }
 
+QVariant UiHarness::read(const QString& objectName, const char* property) const {
+    QQuickItem* item = find(objectName);
+    return item ? item->property(property) : QVariant();
+}
+
 void UiHarness::click(QQuickItem* item, Mouse action) {
     ASSERT_TRUE(item);
     const QPoint centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
@@ -90,6 +95,7 @@ void UiHarness::settle() {
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents();
         if (MappingStore* store = &MappingStore::shared()) store->waitForCapsLockDecisions();
+        if (round == 1 && view_ && view_->isVisible()) view_->grabWindow();
     }
     QCoreApplication::processEvents();
 }

@@ -36,13 +36,18 @@ public:
     QQuickView* view() { return view_.get(); }
     // The first item of that objectName in the view, its popups and sheets, or a popover's window.
     QQuickItem* find(const QString& objectName) const;
+    // That item's property (invalid when there is no such item), and whether it is found and visible
+    // (a closed popup's contents are still found).
+    QVariant read(const QString& objectName, const char* property) const;
+    bool shown(const QString& objectName) const { return read(objectName, "visible").toBool(); }
 
     enum class Mouse { click, doubleClick, hover };
     // A left click (or the other action) at the item's centre.
     void click(QQuickItem* item, Mouse action = Mouse::click);
     // Typed into the window that has the keyboard focus (a popover while one is open).
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    // Lets deferred work, bindings and queued Caps Lock decisions settle.
+    // Lets deferred work, bindings and queued Caps Lock decisions settle, and draws a frame (layouts
+    // and lists are polished when one is drawn).
     void settle();
 
     // Saves the main window, or the window showing inWindowOf (a popover, say), as
