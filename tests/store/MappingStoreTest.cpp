@@ -236,9 +236,7 @@ TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
 }
 
 TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
-    QFile blocker(dir.filePath("not-a-folder"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    ASSERT_TRUE(QFile(dir.filePath("not-a-folder")).open(QIODevice::WriteOnly));
     auto unwritable = UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini"));
     MappingStore store(*unwritable, HIDUtil(tool.path()));
     store.waitForCapsLockDecisions();

@@ -1,5 +1,5 @@
-// GoogleTest entry point for view tests: a widgets application (alerts need one) on whatever
-// platform the environment names; the test command sets offscreen and the software renderer.
+// GoogleTest entry point for the shell and view tests: a widgets application (alerts need one) that keeps
+// running with its windows closed, as the real one does; the test command sets offscreen and software.
 #include <QApplication>
 
 #include <gtest/gtest.h>
