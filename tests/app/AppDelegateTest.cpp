@@ -1,5 +1,4 @@
-// The delegate over the simulated platform: start-up, the status item and menu, windows,
-// permission flow, the handover between launches and the quit order.
+// The delegate over the simulated platform: start-up, status item and menu, windows, permission, handover and quitting.
 #include "DelegateUnderTest.h"
 #include "FakeHidutil.h"
 #include "interception/EventTapManager.h"

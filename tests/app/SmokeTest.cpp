@@ -1,6 +1,4 @@
-// The real binary as a private instance: it starts, a second launch of that instance hands over and
-// exits 0, a launch of another instance starts on its own, and SIGTERM quits in order, restoring
-// Caps Lock through the HID tool.
+// The real binary as a private instance: start-up, handover to a second launch, and an orderly quit on SIGTERM.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>

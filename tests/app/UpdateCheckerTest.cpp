@@ -1,5 +1,4 @@
-// The update check against a local HTTP server, with an injected clock, alert presenter and URL opener;
-// first the version rules it applies.
+// The version rules, and the update check against a local HTTP server with an injected clock, alerts and URL opener.
 #include "AppFakes.h"
 #include "app/UpdateChecker.h"
 #include "app/VersionComparison.h"

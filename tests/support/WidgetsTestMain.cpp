@@ -1,5 +1,4 @@
-// GoogleTest entry point for the shell and view tests: a widgets application (alerts need one) that keeps
-// running with its windows closed, as the real one does; the test command sets offscreen and software.
+// GoogleTest entry point for shell and view tests: a widgets application that runs on with its windows closed.
 #include <QApplication>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// The key catalogue checked by its laws (every key round-trips, codes, names and usages are unique,
-// each category holds its keys once) and by a few rows spelled out.
+// The key catalogue checked by its laws (round trips, unique codes, names and usages, categories) and a few rows.
 #include "model/KeyCategory.h"
 #include "model/KeyCode.h"
 #include "model/SystemKeyID.h"

@@ -1,6 +1,4 @@
-// The one decoding of an event's raw fields, and the engine's decisions over plain mapping lists: the tricky
-// cases. The ordinary paths (an empty list, key, block, combination, first enabled mapping, Caps Lock and
-// media keys) run through the scenario files.
+// Event decoding and the engine's tricky cases; its ordinary paths run through the scenario files.
 #include "Mappings.h"
 #include "interception/RemapEngine.h"
 #include "model/IndexedMappings.h"

@@ -1,5 +1,4 @@
-// The debugger: its wording of records, its model's list and tap, and over the simulated event system the
-// window's status, rows and toolbar.
+// The debugger: its wording of records, its model, and its window over the simulated event system.
 #include "UiHarness.h"
 #include "platform/tapchain/PlatformEvent.h"
 #include "ui/debugger/DebugEventText.h"

@@ -1,5 +1,4 @@
-// The key recorder field and its picker as the user sees them, over the simulated keyboard, and the
-// picker's rules. Pausing the main tap while recording: the scenario files and the recorder's own tests.
+// The key recorder field and its picker as the user sees them, over the simulated keyboard; the picker's rules.
 #include "UiHarness.h"
 #include "ui/recorder/KeyPickerModel.h"
 #include "ui/recorder/KeyRecorderField.h"
