@@ -1,6 +1,7 @@
 // The delegate over the simulated platform: start-up, status item and menu, windows, permission, handover and quitting.
 #include "DelegateUnderTest.h"
 #include "FakeHidutil.h"
+#include "Mappings.h"
 #include "interception/EventTapManager.h"
 #include "platform/sim/SimEventSystem.h"
 #include "store/MappingStore.h"
@@ -45,7 +46,8 @@ protected:
     void toggleFromTheMenu() { item().menu[0].trigger(), settle(); }
     long clearsRun() const {
         const auto calls = tool.calls();
-        return std::count_if(calls.begin(), calls.end(), [](const QStringList& call) { return call.last() == HIDUtil::clearText(); });
+        return std::count_if(calls.begin(), calls.end(),
+                             [](const QStringList& call) { return call.last() == HIDUtil::clearText(); });
     }
 };
 
@@ -61,9 +63,8 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     EXPECT_EQ(defaults->doubleValue(UpdateChecker::lastCheckKey), DelegateUnderTest::now);
     EXPECT_TRUE(app->alerts.shown.empty() && accessibility.prompts() == 0 && !delegate().configWindow());
     // Only enabled mappings count (one mapping: the toggle's test); the menu is rebuilt as it opens.
-    std::vector<KeyMapping> list;
-    for (bool on : {true, false, true}) list.push_back({Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::block(), on});
-    store.setMappings(list);
+    store.setMappings({mapping(KeyCode::a, TargetAction::block()), mapping(KeyCode::b, TargetAction::block(), false),
+                       mapping(KeyCode::c, TargetAction::block())});
     item().menuWillOpen();
     EXPECT_EQ(item().menu[0].title, "Active (2 mappings)");
     EXPECT_EQ(item().menu[0].dot, QString("\u25CF"));
@@ -97,7 +98,7 @@ TEST_F(AppDelegateTest, untrustedLaunchAsksForPermissionAndStaysInactive) {
 }
 
 TEST_F(AppDelegateTest, theFirstItemTogglesInterceptionAndAsksForPermissionWithoutIt) {
-    store.setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true}});
+    store.setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
     launch();
     const long clearsBefore = clearsRun();
     toggleFromTheMenu();

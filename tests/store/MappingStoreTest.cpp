@@ -35,7 +35,9 @@ struct MappingStoreTest : ::testing::Test {
         return store;
     }
     // Remapped and direct, as the store says and as stored.
-    std::pair<bool, bool> flags(const MappingStore& store) const { return {store.isCapsLockHIDRemapped(), store.isCapsLockDirectHID()}; }
+    std::pair<bool, bool> flags(const MappingStore& store) const {
+        return {store.isCapsLockHIDRemapped(), store.isCapsLockDirectHID()};
+    }
     std::pair<bool, bool> storedFlags() const {
         return {defaults->boolValue(MappingStore::hidRemapKey), defaults->boolValue(MappingStore::hidRemapTypeKey)};
     }
@@ -209,7 +211,8 @@ TEST_F(MappingStoreTest, manyQuickChangesRunTheToolInChangeOrder) {
 TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
     const auto store = openStore();
     std::vector<KeyMapping> rows;
-    for (KeyCode k : {KeyCode::a, KeyCode::b, KeyCode::c, KeyCode::d, KeyCode::e}) rows.push_back(mapping(k, TargetAction::block()));
+    for (KeyCode k : {KeyCode::a, KeyCode::b, KeyCode::c, KeyCode::d, KeyCode::e})
+        rows.push_back(mapping(k, TargetAction::block()));
     const auto order = [](const MappingStore& s) {
         std::string text;
         for (const auto& m : s.mappings()) text += std::string(displayName(m.sourceKey.keyCode()));

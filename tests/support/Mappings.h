@@ -7,7 +7,9 @@
 
 namespace orvane::testing {
 
-inline KeyMapping mapping(SourceKey source, TargetAction target, bool enabled = true) { return {Uuid::random(), source, target, enabled}; }
+inline KeyMapping mapping(SourceKey source, TargetAction target, bool enabled = true) {
+    return {Uuid::random(), source, target, enabled};
+}
 inline KeyMapping mapping(KeyCode source, TargetAction target, bool enabled = true) {
     return mapping(SourceKey::regular(source), target, enabled);
 }

@@ -58,8 +58,9 @@ TEST_F(AddMappingControllerTest, savingANewMappingAppendsItEnabledWithTheRightAc
     const Modifiers option{.option = true};
     const auto existing = mapping(KeyCode::c, TargetAction::block());
     ui.store().setMappings({existing});
-    for (const auto& [target, expected] : {std::pair{recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
-                                           std::pair{recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)}}) {
+    const std::pair<RecordedKey, TargetAction> cases[] = {{recorded(KeyCode::b), TargetAction::key(KeyCode::b)},
+                                                          {recorded(KeyCode::b, option), TargetAction::combination(KeyCode::b, option)}};
+    for (const auto& [target, expected] : cases) {
         auto s = sheet();
         // Only the source's key counts, even if the field was handed modifiers.
         s->sourceField()->setRecordedKey(recorded(KeyCode::a, option));
