@@ -1,5 +1,4 @@
-// Stand-ins for the application shell's outside world: alerts answered by script, URLs recorded,
-// a status bar that records its item's icon and menu.
+// Stand-ins for the shell's outside world: scripted alerts, recorded URLs, a status bar recording its item.
 #pragma once
 
 #include "app/AlertPresenter.h"
@@ -13,18 +12,12 @@ namespace orvane::testing {
 struct ScriptedAlertPresenter : AlertPresenter {
     int answer = secondButtonResponse;
     std::vector<Alert> shown;
-    int present(const Alert& alert) override {
-        shown.push_back(alert);
-        return answer;
-    }
+    int present(const Alert& alert) override { return shown.push_back(alert), answer; }
 };
 
 struct RecordingUrlOpener : UrlOpener {
     std::vector<QUrl> opened;
-    bool open(const QUrl& url) override {
-        opened.push_back(url);
-        return true;
-    }
+    bool open(const QUrl& url) override { return opened.push_back(url), true; }
 };
 
 // Records the item in the bar: its icon, its menu and the menu's opening handler.
@@ -35,9 +28,7 @@ public:
             bar.current = this;
             ++bar.created;
         }
-        ~Item() override {
-            if (bar.current == this) bar.current = nullptr;
-        }
+        ~Item() override { bar.current = bar.current == this ? nullptr : bar.current; }
         void setIcon(const QString& name, const QString&) override { iconName = name; }
         void setMenu(const std::vector<StatusMenuItem>& items) override { menu = items; }
         void setMenuWillOpen(std::function<void()> handler) override { menuWillOpen = std::move(handler); }

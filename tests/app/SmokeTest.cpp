@@ -1,6 +1,4 @@
-// The real binary as a private instance: it starts, a second launch of that instance hands over and
-// exits 0, a launch of another instance starts on its own, and SIGTERM quits in order, restoring
-// Caps Lock through the HID tool.
+// The real binary as a private instance: start-up, handover to a second launch, and an orderly quit on SIGTERM.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -16,16 +14,15 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
-    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
-    const QString otherInstance = instance + QStringLiteral("-other");
+    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid()), other = instance + "-other";
     const auto settingsOf = [&](const QString& name) { return config.filePath("user.com/Orvane-" + name + ".conf"); };
     // A check done a moment ago: no update request. The first instance finds a Caps Lock remapping
     // left by an earlier run, which it clears in its own settings.
     QDir().mkpath(config.filePath("user.com"));
-    for (const QString& name : {instance, otherInstance}) {
+    for (const QString& name : {instance, other}) {
         QSettings settings(settingsOf(name), QSettings::IniFormat);
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
-        if (name == instance) settings.setValue("Orvane.CapsLockHIDRemapped", true);
+        settings.setValue("Orvane.CapsLockHIDRemapped", name == instance);
     }
     const auto launch = [&](QProcess& process, const QString& name) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -47,27 +44,25 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
         return output.contains("Event tap started successfully");
     };
 
-    QProcess first, second, other;
-    QByteArray firstOutput, secondOutput, otherOutput;
+    QProcess first, second, third;
+    QByteArray firstOutput, secondOutput, thirdOutput;
     launch(first, instance);
     ASSERT_TRUE(startsUp(first, firstOutput)) << firstOutput.toStdString() << first.readAllStandardError().toStdString();
     launch(second, instance);
     ASSERT_TRUE(second.waitForFinished(60000));
-    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0);
     EXPECT_FALSE(startsUp(second, secondOutput));  // no start-up in the second
     EXPECT_EQ(first.state(), QProcess::Running);
-    launch(other, otherInstance);
-    EXPECT_TRUE(startsUp(other, otherOutput)) << otherOutput.toStdString();
-    other.terminate();
-    ASSERT_TRUE(other.waitForFinished(60000));
+    launch(third, other);
+    EXPECT_TRUE(startsUp(third, thirdOutput)) << thirdOutput.toStdString();
+    third.terminate();
+    ASSERT_TRUE(third.waitForFinished(60000));
 
     const auto clearsBefore = tool.calls().size();
     first.terminate();  // SIGTERM
     ASSERT_TRUE(first.waitForFinished(60000));
     firstOutput += first.readAllStandardOutput();
-    EXPECT_EQ(first.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(first.exitCode(), 0);
+    EXPECT_TRUE(first.exitStatus() == QProcess::NormalExit && first.exitCode() == 0);
     EXPECT_TRUE(firstOutput.contains("Event tap stopped\n")) << firstOutput.toStdString();
     const auto calls = tool.calls();
     ASSERT_GE(calls.size(), clearsBefore + 2);  // stopping the tap, then once more on the way out

@@ -1,7 +1,7 @@
-// The update check against a local HTTP server, with an injected clock, alert presenter and URL opener.
+// The version rules, and the update check against a local HTTP server with an injected clock, alerts and URL opener.
 #include "AppFakes.h"
-#include "TestHttpServer.h"
 #include "app/UpdateChecker.h"
+#include "app/VersionComparison.h"
 #include "store/UserDefaults.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,8 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -40,16 +42,38 @@ struct UpdateCheckerTest : ::testing::Test {
     QTemporaryDir dir;
     std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
     CountingNetwork network;
-    TestHttpServer server;
     ScriptedAlertPresenter alerts;
     RecordingUrlOpener opener;
+    // A server on a free port of 127.0.0.1 that answers every request with this status and body.
+    QTcpServer server;
+    int status = 200;
+    QByteArray body;
+    QList<QByteArray> requestLines;  // e.g. "GET /version.json HTTP/1.1"
 
-    // The running application is version 1.2, build 5 unless told otherwise.
-    std::unique_ptr<UpdateChecker> makeChecker(const QUrl& url, const QString& build = QStringLiteral("5")) {
+    void SetUp() override {
+        ASSERT_TRUE(server.listen(QHostAddress(QHostAddress::LocalHost), 0));
+        QObject::connect(&server, &QTcpServer::newConnection, [this] {
+            while (QTcpSocket* socket = server.nextPendingConnection()) {
+                QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+                QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                    // Answered once the request's header is complete; a body is never expected.
+                    if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) return;
+                    const QByteArray request = socket->readAll();
+                    requestLines.append(request.left(request.indexOf("\r\n")));
+                    socket->write("HTTP/1.1 " + QByteArray::number(status) + " Status\r\nContent-Type: application/json\r\n" +
+                                  "Content-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+    }
+    // The running application is version 1.2, build 5 unless told otherwise; it asks the local server
+    // unless given another URL.
+    std::unique_ptr<UpdateChecker> makeChecker(QUrl url = {}, const QString& build = QStringLiteral("5")) {
+        if (url.isEmpty()) url = QUrl(QStringLiteral("http://127.0.0.1:%1/version.json").arg(server.serverPort()));
         return std::make_unique<UpdateChecker>(*defaults, &network, [] { return launchTime; }, url, QStringLiteral("1.2"), build,
                                                alerts, opener);
     }
-    std::unique_ptr<UpdateChecker> makeChecker() { return makeChecker(server.url()); }
 
     // Waits for every request sent so far to finish, then runs the queued work (the alert) it left.
     void settle() {
@@ -64,13 +88,51 @@ struct UpdateCheckerTest : ::testing::Test {
 
 }  // namespace
 
+TEST(VersionComparison, componentsKeepOnlyPiecesThatAreWholeDecimalIntegers) {
+    const std::pair<const char*, std::vector<std::int64_t>> cases[] = {
+        {"1.4.2", {1, 4, 2}},
+        {"1.2beta.3", {1, 3}},
+        {"2.0-rc1", {2}},
+        {"..1..2.", {1, 2}},
+        {"+7.-3.+.-.+-1", {7, -3}},
+        {" 1.2 .0x10.1e3", {}},
+        {"9223372036854775807.9223372036854775808.-9223372036854775808", {INT64_MAX, INT64_MIN}},
+        {"", {}},
+    };
+    for (const auto& [version, components] : cases) EXPECT_EQ(versionComponents(version), components) << version;
+}
+
+TEST(VersionComparison, buildTextThatIsNoIntegerReadsAsZero) {
+    const std::pair<const char*, std::int64_t> cases[] = {
+        {"42", 42}, {"+42", 42}, {"-3", -3}, {"", 0}, {"42a", 0}, {" 42", 0}, {"4.2", 0}, {"99999999999999999999", 0}};
+    for (const auto& [text, build] : cases) EXPECT_EQ(buildNumberFromText(text), build) << text;
+}
+
+TEST(VersionComparison, newerIsDecidedPerComponentThenByBuild) {
+    // Remote version and build, running version and build, and whether the remote one is newer.
+    const std::tuple<const char*, std::int64_t, const char*, std::int64_t, bool> cases[] = {
+        {"1.10", 1, "1.9", 99, true},
+        {"1.2", 5, "1.2.0", 4, true},
+        {"1.2", 5, "1.2", 5, false},
+        {"1.2.1", 0, "1.2", 9, true},
+        {"1.99", 9, "2.0", 0, false},
+        {"1.0", 9, "1.0.0.1", 0, false},
+        {"", 1, "", 0, true},
+        {"1.99999999999999999999", 0, "1.5", 0, false},  // the overflowing piece is dropped
+        {"1.-1", 9, "1", 0, false},
+    };
+    for (const auto& [remote, remoteBuild, current, currentBuild, newer] : cases)
+        EXPECT_EQ(isNewerVersion(remote, remoteBuild, current, currentBuild), newer)
+            << remote << " (" << remoteBuild << ") against " << current << " (" << currentBuild << ")";
+}
+
 TEST_F(UpdateCheckerTest, firstLaunchChecksThenOnlyWhenMoreThanADayHasPassed) {
-    server.respond(200, newerDocument);
+    body = newerDocument;
     const auto checker = makeChecker();
     checker->checkForUpdatesIfNeeded();
     EXPECT_EQ(storedTime(), launchTime);  // already before the reply
     settle();
-    EXPECT_EQ(server.requestLines(), QList<QByteArray>{"GET /version.json HTTP/1.1"});
+    EXPECT_EQ(requestLines, QList<QByteArray>{"GET /version.json HTTP/1.1"});
     ASSERT_EQ(alerts.shown.size(), 1u);
     EXPECT_EQ(alerts.shown[0].style, AlertPresenter::Alert::Style::informational);
     EXPECT_EQ(alerts.shown[0].message, "Update Available");
@@ -115,13 +177,12 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
         {200, R"({"version":"1.3","build":1,"downloadURL":null,"releaseNotes":""})", false},
         {200, R"([{"version":"1.3","build":1,"downloadURL":"","releaseNotes":""}])", false},
         {200, newerDocument.left(40), false},
-        {200, "", false},
     };
     const auto checker = makeChecker();
-    for (const auto& [status, body, announced] : cases) {
-        SCOPED_TRACE(body.toStdString());
+    for (const auto& [code, document, announced] : cases) {
+        SCOPED_TRACE(document.toStdString());
         alerts.shown.clear();
-        server.respond(status, body);
+        status = code, body = document;
         checker->fetchVersionInfo();
         settle();
         EXPECT_EQ(alerts.shown.size(), announced ? 1u : 0u);
@@ -129,7 +190,7 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
 }
 
 TEST_F(UpdateCheckerTest, theAlertWaitsForTheEventLoopAndAnUnreadableRunningBuildCountsAsZero) {
-    const auto checker = makeChecker(server.url(), QStringLiteral("5a"));
+    const auto checker = makeChecker(QUrl(), QStringLiteral("5a"));
     checker->handleVersionData(R"({"version":"1.2","build":1,"downloadURL":"","releaseNotes":""})");
     EXPECT_TRUE(alerts.shown.empty());  // never from inside the caller (the reply's handler)
     QCoreApplication::sendPostedEvents();

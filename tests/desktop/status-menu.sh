@@ -19,16 +19,11 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# A display number nobody uses.
-display=
-for n in $(seq 90 140); do
-  if [ ! -e "/tmp/.X11-unix/X$n" ] && [ ! -e "/tmp/.X$n-lock" ]; then display=":$n"; break; fi
-done
-[ -n "$display" ] || { echo "status-menu: no free X display"; exit 1; }
-export DISPLAY=$display
-
-Xvfb "$display" -screen 0 1024x700x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
-for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.2; done
+# Xvfb picks a display number nobody uses and writes it once it accepts connections.
+Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 & pids+=($!)
+for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.2; done
+[ -s "$work/display" ] || { echo "status-menu: Xvfb did not start"; exit 1; }
+export DISPLAY=:$(cat "$work/display")
 openbox >/dev/null 2>&1 & pids+=($!)
 tint2 >/dev/null 2>&1 & pids+=($!)
 # The tray must be there before the application looks for one: wait until the panel owns the

@@ -1,10 +1,7 @@
 // Runs every scenario file through the real orvane-sim binary and compares its whole output.
-//
-// A scenario file holds, in order: comment lines (#), an optional "options:" line, an optional
-// "exit:" line (default 0), an optional "mappings:" section (the stored JSON, on the lines that
-// follow), then "script:" with the script and "expect:" with the exact standard output. Line
-// numbers in the output count from the line after "script:". Without --hidutil the scenario runs
-// against tools/hidutil-ok.
+// A file holds comments (#), optional "options:" and "exit:" (default 0) lines and a "mappings:" section (the
+// stored JSON), then "script:" and "expect:" (the exact standard output; line numbers count from the line after
+// "script:"). Without --hidutil a scenario runs against tools/hidutil-ok.
 #include <gtest/gtest.h>
 
 #include <QDir>

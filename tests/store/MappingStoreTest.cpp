@@ -1,5 +1,6 @@
-// The mapping store over an isolated settings file and a fake HID tool.
+// The mapping store and its HID tool component over an isolated settings file and a fake tool.
 #include "FakeHidutil.h"
+#include "Mappings.h"
 #include "model/MappingJson.h"
 #include "platform/Diagnostics.h"
 #include "store/MappingStore.h"
@@ -11,17 +12,17 @@
 #include <QTemporaryDir>
 
 using namespace orvane;
+using namespace orvane::testing;
 
 namespace {
 
-KeyMapping capsLockTo(TargetAction target, bool enabled = true) {
-    return {Uuid::random(), SourceKey::regular(KeyCode::capsLock), target, enabled};
-}
-KeyMapping keyMapping(KeyCode from, KeyCode to) { return {Uuid::random(), SourceKey::regular(from), TargetAction::key(to), true}; }
+const QString clearText = R"({"UserKeyMapping":[]})";
+QString remapTo(std::uint64_t usage) { return HIDUtil::remapText(HIDUtil::capsLockUsage, usage); }
+KeyMapping capsLockTo(TargetAction target, bool enabled = true) { return mapping(KeyCode::capsLock, target, enabled); }
 
 struct MappingStoreTest : ::testing::Test {
     QTemporaryDir dir;
-    orvane::testing::FakeHidutil tool;
+    FakeHidutil tool;
     std::vector<std::string> lines;
     std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
 
@@ -33,27 +34,82 @@ struct MappingStoreTest : ::testing::Test {
         store->waitForCapsLockDecisions();
         return store;
     }
+    // Remapped and direct, as the store says and as stored.
+    std::pair<bool, bool> flags(const MappingStore& store) const {
+        return {store.isCapsLockHIDRemapped(), store.isCapsLockDirectHID()};
+    }
     std::pair<bool, bool> storedFlags() const {
         return {defaults->boolValue(MappingStore::hidRemapKey), defaults->boolValue(MappingStore::hidRemapTypeKey)};
     }
-    std::pair<bool, bool> flags(const MappingStore& store) const { return {store.isCapsLockHIDRemapped(), store.isCapsLockDirectHID()}; }
     QByteArray storedBytes() const { return defaults->data(MappingStore::userDefaultsKey).value_or("<absent>"); }
 };
-
-const QString clearText = R"({"UserKeyMapping":[]})";
-QString remapTo(std::uint64_t usage) { return HIDUtil::remapText(HIDUtil::capsLockUsage, usage); }
+using HIDUtilTest = MappingStoreTest;
 
 }  // namespace
 
-// Stored flags without a Caps Lock mapping are cleared: a scenario file.
-TEST_F(MappingStoreTest, withoutACapsLockMappingOrStoredFlagsTheToolNeverRunsAndLoadingNeverSaves) {
-    const auto store = openStore();
-    EXPECT_TRUE(store->mappings().empty());
-    EXPECT_TRUE(tool.calls().empty());
-    EXPECT_EQ(flags(*store), std::make_pair(false, false));
-    EXPECT_FALSE(defaults->contains(MappingStore::userDefaultsKey));
+TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
+    // The target, the usage it is sent as, and what is printed.
+    const std::tuple<KeyCode, const char*, std::vector<std::string>> cases[] = {
+        {KeyCode::escape, "30064771113", {"HIDUtil: Remapped Caps Lock → Escape at HID layer"}},
+        {KeyCode::globe, "30064771181",
+         {"HIDUtil: No HID usage ID for Globe, falling back to F18", "HIDUtil: Remapped Caps Lock → F18 at HID layer"}},
+    };
+    const HIDUtil hid(tool.path());
+    for (const auto& [target, destination, printed] : cases) {
+        lines.clear();
+        EXPECT_TRUE(hid.remapCapsLock(target));
+        const QString mapping = QStringLiteral(
+            R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":30064771129,"HIDKeyboardModifierMappingDst":%1}]})");
+        EXPECT_EQ(tool.calls().back(), (QStringList{"property", "--set", mapping.arg(destination)}));
+        EXPECT_EQ(lines, printed);
+    }
+    EXPECT_TRUE(hid.clearRemapping());
+    EXPECT_EQ(tool.calls().back(), (QStringList{"property", "--set", clearText}));
+    EXPECT_EQ(tool.calls().size(), std::size(cases) + 1);
 }
 
+TEST_F(HIDUtilTest, successMeansNoErrorInAnyLetterCaseOnEitherStream) {
+    // Standard output, standard error, and whether the run counts as a success.
+    const std::tuple<QByteArray, QByteArray, bool> cases[] = {
+        {"", "", true},
+        {QByteArray("UserKeyMapping set. ").repeated(500), "", true},
+        {"Error: permission denied\n", "", false},
+        {"", "some eRRor happened", false},
+        {"terror", "", false},  // the rule is a plain substring match
+        {"\xff\xfe error \x80", "", true},  // not UTF-8: counts as empty output
+    };
+    const HIDUtil hid(tool.path());
+    for (const auto& [out, err, succeeds] : cases) {
+        SCOPED_TRACE(out.left(40).toStdString() + "|" + err.toStdString());
+        tool.setOutput(out);
+        tool.setErrorOutput(err);
+        lines.clear();
+        EXPECT_EQ(hid.remapCapsLock(KeyCode::escape), succeeds);
+        EXPECT_EQ(hid.clearRemapping(), succeeds);
+        ASSERT_EQ(lines.size(), 2u);
+        if (succeeds) continue;
+        EXPECT_EQ(lines[0], "HIDUtil: Failed to remap Caps Lock: " + (out + err).toStdString());
+        EXPECT_EQ(lines[1], "HIDUtil: Failed to clear remapping: " + (out + err).toStdString());
+    }
+}
+
+TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTimeout) {
+    EXPECT_FALSE(HIDUtil(tool.missingPath()).remapCapsLock(KeyCode::escape));
+    ASSERT_EQ(lines.size(), 2u);
+    const std::string runPrefix = "HIDUtil: Failed to run hidutil: ";
+    ASSERT_EQ(lines[0].rfind(runPrefix, 0), 0u) << lines[0];
+    const std::string description = lines[0].substr(runPrefix.size());
+    EXPECT_FALSE(description.empty());
+    EXPECT_EQ(lines[1], "HIDUtil: Failed to remap Caps Lock: error: " + description);
+    EXPECT_EQ(HIDUtil(tool.missingPath()).runHidutil({"x"}).toStdString(), "error: " + description);
+
+    lines.clear();
+    tool.setHangs();
+    EXPECT_FALSE(HIDUtil(tool.path(), 1).clearRemapping());
+    EXPECT_EQ(lines, std::vector<std::string>{"HIDUtil: Failed to clear remapping: error: timed out after 1 seconds"});
+}
+
+// Without a Caps Lock mapping or stored flags the tool never runs: the scenario files (no HIDUtil line).
 TEST_F(MappingStoreTest, capsLockDecisionFollowsTheFirstEnabledCapsLockMappingsTarget) {
     const auto store = openStore();
     QSignalSpy remapped(store.get(), &MappingStore::isCapsLockHIDRemappedChanged);
@@ -98,7 +154,7 @@ TEST_F(MappingStoreTest, unknownIdsChangeNothingExceptDelete) {
     const auto runs = tool.calls().size();
     QSignalSpy changes(defaults.get(), &UserDefaults::changed);
 
-    KeyMapping stranger = keyMapping(KeyCode::a, KeyCode::b);
+    KeyMapping stranger = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     store->updateMapping(stranger);
     store->toggleMapping(stranger.id);
     store->waitForCapsLockDecisions();
@@ -122,7 +178,7 @@ TEST_F(MappingStoreTest, undecodableDataGivesAnEmptyListAndStaysStoredUntilTheNe
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0].rfind("Failed to decode mappings: ", 0), 0u) << lines[0];
     EXPECT_EQ(storedBytes(), garbage);
-    store->addMapping(keyMapping(KeyCode::c, KeyCode::d));
+    store->addMapping(mapping(KeyCode::c, TargetAction::key(KeyCode::d)));
     EXPECT_EQ(storedBytes().toStdString(), encodeMappings(store->mappings()));
 }
 
@@ -151,13 +207,15 @@ TEST_F(MappingStoreTest, manyQuickChangesRunTheToolInChangeOrder) {
     EXPECT_EQ(storedFlags(), std::make_pair(true, false));
 }
 
+// Which of two same-source mappings wins after a move: the list view's drag test.
 TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
     const auto store = openStore();
     std::vector<KeyMapping> rows;
-    for (KeyCode k : {KeyCode::a, KeyCode::b, KeyCode::c, KeyCode::d, KeyCode::e}) rows.push_back(keyMapping(k, KeyCode::x));
-    auto order = [&] {
+    for (KeyCode k : {KeyCode::a, KeyCode::b, KeyCode::c, KeyCode::d, KeyCode::e})
+        rows.push_back(mapping(k, TargetAction::block()));
+    const auto order = [](const MappingStore& s) {
         std::string text;
-        for (const auto& m : store->mappings()) text += std::string(displayName(m.sourceKey.keyCode()));
+        for (const auto& m : s.mappings()) text += std::string(displayName(m.sourceKey.keyCode()));
         return text;
     };
     const struct {
@@ -171,33 +229,21 @@ TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
     for (const auto& move : moves) {
         store->setMappings(rows);
         store->moveMappings(move.positions, move.destination);
-        EXPECT_EQ(order(), move.result) << move.destination;
+        EXPECT_EQ(order(*store), move.result) << move.destination;
+        EXPECT_EQ(order(*openStore()), move.result) << "read back";
     }
     store->setMappings(rows);
-    store->removeMappings({0, 2, 4});
-    EXPECT_EQ(order(), "BD");
-    store->removeMappings({7});
-    EXPECT_EQ(order(), "BD");
-}
-
-// A reopened store reads the list back; the stored flags are read back in aFailingToolLeavesTheFlagsAlone.
-TEST_F(MappingStoreTest, movingRowsChangesWhichSameSourceMappingWinsAlsoAfterReopening) {
-    const auto store = openStore();
-    store->setMappings({keyMapping(KeyCode::a, KeyCode::b), keyMapping(KeyCode::a, KeyCode::c)});
-    EXPECT_EQ(store->mappingForKey(KeyCode::a)->targetAction, TargetAction::key(KeyCode::b));
-    store->moveMappings({1}, 0);
-    EXPECT_EQ(store->mappingForKey(KeyCode::a)->targetAction, TargetAction::key(KeyCode::c));
-    EXPECT_EQ(openStore()->mappingForKey(KeyCode::a)->targetAction, TargetAction::key(KeyCode::c));
+    store->removeMappings({0, 2, 4, 7});
+    EXPECT_EQ(order(*store), "BD");
+    EXPECT_EQ(order(*openStore()), "BD");
 }
 
 TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
-    QFile blocker(dir.filePath("not-a-folder"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    ASSERT_TRUE(QFile(dir.filePath("not-a-folder")).open(QIODevice::WriteOnly));
     auto unwritable = UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini"));
     MappingStore store(*unwritable, HIDUtil(tool.path()));
     store.waitForCapsLockDecisions();
-    const KeyMapping m = keyMapping(KeyCode::a, KeyCode::b);
+    const KeyMapping m = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     store.addMapping(m);
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();

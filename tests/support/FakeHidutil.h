@@ -1,8 +1,7 @@
 // A stand-in for the HID tool: records every call's arguments and prints a chosen output.
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -12,23 +11,47 @@ namespace orvane::testing {
 
 class FakeHidutil {
 public:
-    FakeHidutil();
+    // Each call is recorded as its arguments, one per line, closed by a line of its own.
+    FakeHidutil() {
+        write("hidutil",
+              "#!/bin/sh\n"
+              "cd \"$(dirname \"$0\")\"\n"
+              "printf '%s\\n' \"$@\" '<end of call>' >> calls\n"
+              "cat stdout 2>/dev/null; cat stderr >&2 2>/dev/null\n"
+              "[ -f hang ] && exec sleep 60\n"
+              "exit 0\n");
+        QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
 
     QString path() const { return dir_.filePath(QStringLiteral("hidutil")); }
     // A path where no tool exists.
     QString missingPath() const { return dir_.filePath(QStringLiteral("no-such-tool")); }
 
-    // What the tool prints on its next runs (both streams share one pipe).
-    void setOutput(const QByteArray& bytes);
-    // Prints to standard error instead of standard output.
-    void setErrorOutput(const QByteArray& bytes);
+    // What the tool prints on its next runs, on standard output and standard error.
+    void setOutput(const QByteArray& bytes) { write("stdout", bytes); }
+    void setErrorOutput(const QByteArray& bytes) { write("stderr", bytes); }
     // From now on the tool sleeps for a minute after printing.
-    void setHangs();
+    void setHangs() { write("hang", ""); }
 
     // The arguments of every run so far, oldest first.
-    std::vector<QStringList> calls() const;
+    std::vector<QStringList> calls() const {
+        QFile file(dir_.filePath(QStringLiteral("calls")));
+        if (!file.open(QIODevice::ReadOnly)) return {};
+        std::vector<QStringList> calls(1);
+        for (const QByteArray& line : file.readAll().split('\n')) {
+            if (line == "<end of call>") calls.emplace_back();
+            else if (!line.isEmpty()) calls.back() << QString::fromUtf8(line);
+        }
+        calls.pop_back();  // what follows the last call's end
+        return calls;
+    }
 
 private:
+    void write(const char* name, const QByteArray& bytes) {
+        QFile file(dir_.filePath(QString::fromLatin1(name)));
+        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) file.write(bytes);
+    }
+
     QTemporaryDir dir_;
 };
 

@@ -1,5 +1,4 @@
-// The key catalogue checked by its laws (every key round-trips, codes, names and usages are unique,
-// each category holds its keys once) and by a few rows spelled out.
+// The key catalogue checked by its laws (round trips, unique codes, names and usages, categories) and a few rows.
 #include "model/KeyCategory.h"
 #include "model/KeyCode.h"
 #include "model/SystemKeyID.h"
@@ -54,15 +53,14 @@ TEST(KeyCatalogue, onlyTheCodesOfKeysNameAKey) {
 
 TEST(KeyCatalogue, spotRows) {
     using enum KeyCategory;
+    // The key, its code, case name, display name, symbol, usage, category and 1-based place in the picker's order.
     struct Row {
         KeyCode key;
         int code;
-        const char* caseName;
-        const char* name;
-        const char* symbol;
+        const char *caseName, *name, *symbol;
         std::optional<std::uint64_t> usage;
         KeyCategory category;
-        std::size_t position;  // 1-based, in the picker's order
+        std::size_t position;
     };
     const Row rows[] = {
         {KeyCode::a, 0x00, "a", "A", "A", 0x700000004, letters, 1},

@@ -1,16 +1,20 @@
-// The debugger window's content over the simulated event system: status, rows, toolbar, closing, screenshots.
+// The debugger: its wording of records, its model, and its window over the simulated event system.
 #include "UiHarness.h"
 #include "platform/tapchain/PlatformEvent.h"
+#include "ui/debugger/DebugEventText.h"
 #include "ui/debugger/DebugViewModel.h"
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
 
 using namespace orvane;
 using namespace orvane::testing;
+using namespace orvane::debugtext;
 
 namespace {
 
@@ -21,20 +25,16 @@ PlatformEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0)
     return {type, static_cast<std::uint16_t>(rawValue(key)), flags, 0, std::nullopt};
 }
 PlatformEvent systemDefined(std::int16_t subtype, std::int64_t data1) { return {14, 0, 0, 0, SystemDefinedFields{subtype, data1}}; }
+DebugEvent record(std::uint32_t type, std::uint16_t keyCode = 0, std::uint64_t flags = 0, std::optional<std::int16_t> subtype = {},
+                  std::int64_t data1 = 0) {
+    DebugEvent record;
+    record.event = TapEvent::decode(type, keyCode, flags, 0, subtype, data1);
+    return record;
+}
 QString decodedName(KeyCode key) { return QStringLiteral("\u2192 ") + QString::fromUtf8(displayName(key).data()); }
 
-QQuickItem* childNamed(QQuickItem* item, const QString& name) {
-    if (item->objectName() == name) return item;
-    for (QQuickItem* child : item->childItems())
-        if (QQuickItem* found = childNamed(child, name)) return found;
-    return nullptr;
-}
-
 // What one row shows: "direction|code|decoded|interception|flags", a hidden part empty; and two colours.
-struct ShownRow {
-    QString text;
-    QColor badge, interceptionColor;
-};
+struct ShownRow { QString text; QColor badge, interceptionColor; };
 
 class DebugViewTest : public ::testing::Test {
 protected:
@@ -43,22 +43,17 @@ protected:
     void SetUp() override { ASSERT_TRUE(ui.show(QStringLiteral("DebugView.qml"), QSize(550, 500))); }
 
     DebugViewModel* model() { return ui.view()->rootObject()->property("model").value<DebugViewModel*>(); }
-    QQuickItem* item(const char* name) { return ui.find(QString::fromLatin1(name)); }
-    QString text(const char* name) { return item(name)->property("text").toString(); }
-    void type(const PlatformEvent& event) {
-        ui.events().inject(event);
-        ui.settle();
-    }
+    QString text(const char* name) { return ui.read(name, "text").toString(); }
+    void type(const PlatformEvent& event) { ui.events().inject(event), ui.settle(); }
     void startCapture() {
-        ui.click(item("captureButton"));
+        ui.click(ui.find("captureButton"));
         ASSERT_TRUE(model()->isCapturing());
     }
 
     // The rows laid out in the list, top to bottom.
     std::vector<ShownRow> rows() {
-        auto* content = item("eventListView")->property("contentItem").value<QQuickItem*>();
         std::vector<QQuickItem*> items;
-        for (QQuickItem* child : content->childItems())
+        for (QQuickItem* child : ui.find("eventListView")->property("contentItem").value<QQuickItem*>()->childItems())
             if (child->isVisible() && childNamed(child, QStringLiteral("directionBadge"))) items.push_back(child);
         std::sort(items.begin(), items.end(), [](QQuickItem* a, QQuickItem* b) { return a->y() < b->y(); });
         std::vector<ShownRow> shown;
@@ -77,11 +72,98 @@ protected:
 
 }  // namespace
 
+// Key downs and ups, a modifier's press and release, a media key's and an unknown subtype: the view's rows.
+TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
+    const std::tuple<DebugEvent, const char*, BadgeTone> cases[] = {
+        {record(12, 60, 0x20102), "\u2193 flags", BadgeTone::Purple},  // right Shift shares the flag
+        {record(12, 57, 0x10000), "\u2193 flags", BadgeTone::Purple},
+        {record(12, 63, 0x100000), "\u2191 flags", BadgeTone::Purple},  // fn reads only its own flag
+        {record(12, 0, 0x20000), "\u2191 flags", BadgeTone::Purple},    // not a modifier key: never down
+        {record(14), "\u25C6 system", BadgeTone::Orange},
+        {record(14, 0, 0, 8, 0x00190B00), "\u2191 system", BadgeTone::Orange},  // not a catalogue key
+        {record(13), "? unknown", BadgeTone::Secondary},
+    };
+    for (const auto& [event, label, tone] : cases) {
+        EXPECT_EQ(directionLabel(event), QString::fromUtf8(label)) << label;
+        EXPECT_EQ(badgeTone(event.event.type), tone) << label;
+    }
+}
+
+TEST(DebugEventText, flagsShowGlyphsInOrderElseTheUnexplainedBits) {
+    const std::pair<std::uint64_t, const char*> cases[] = {
+        {0x100000, "\u2318"}, {0x80000, "\u2325"}, {0x40000, "\u2303"}, {0x20000, "\u21E7"}, {0x10000, "\u21EA"},
+        {0x800000, "fn"},
+        {0x9F0000, "\u2318\u2325\u2303\u21E7\u21EAfn"},
+        {0, ""}, {0x102, "0x2"}, {0xA0000000, "0xA0000000"},  // with a glyph, other bits are not shown: the view's rows
+    };
+    for (const auto& [flags, text] : cases) EXPECT_EQ(flagsText(flags), QString::fromUtf8(text)) << std::hex << flags;
+    // A row shows flags only for events that carry them, and not 0.
+    EXPECT_EQ(shownFlagsText(record(14, 0, 0x20000, 8, 0)), QString());
+    EXPECT_EQ(shownFlagsText(record(10, 0, 0x20000)), QString::fromUtf8("\u21E7"));
+}
+
+TEST(DebugEventText, timeIsLocalTwentyFourHourWithMilliseconds) {
+    const auto local = [](int h, int m, int s, int ms) {
+        const QDateTime time(QDate(2024, 3, 5), QTime(h, m, s, ms), Qt::LocalTime);
+        return std::chrono::system_clock::time_point(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
+    };
+    EXPECT_EQ(captureTimeText(local(9, 7, 3, 45)), "09:07:03.045");
+    EXPECT_EQ(captureTimeText(local(23, 59, 59, 999)), "23:59:59.999");
+    EXPECT_EQ(captureTimeText(local(0, 0, 0, 1) + std::chrono::microseconds(999)), "00:00:00.001");  // not rounded
+}
+
+// Newest first is the view's rows' order (below).
+TEST(DebugViewModel, aFullListKeepsTheNewestHundredAndStopsAskingToScroll) {
+    UiHarness ui;
+    DebugViewModel model;
+    QSignalSpy scrolls(&model, &DebugViewModel::scrollToNewest);
+    DebugEvent record;
+    for (record.event.keyCode = 0; record.event.keyCode < 150; ++record.event.keyCode) model.addEvent(record);
+    EXPECT_EQ(model.count(), 100);
+    EXPECT_EQ(model.events().back().event.keyCode, 50);
+    EXPECT_EQ(scrolls.count(), 100);
+
+    model.clear();  // nothing left to scroll to
+    model.setAutoScroll(false);
+    model.addEvent(record);
+    EXPECT_EQ(scrolls.count(), 100);
+}
+
+TEST(DebugViewModel, eachCaptureHasOneTapAndItsRecordsArriveOnALaterTurn) {
+    UiHarness ui;
+    const int before = ui.events().activeTapCount();
+    {
+        DebugViewModel model;
+        model.startCapture();
+        model.startCapture();
+        EXPECT_EQ(ui.events().activeTapCount(), before + 1);
+        ui.events().inject({.type = 10, .keyCode = 2, .systemDefined = std::nullopt});
+        EXPECT_EQ(model.count(), 0);  // never changed from inside the tap callback
+        ui.settle();
+        EXPECT_EQ(model.count(), 1);
+
+        model.stopCapture();
+        EXPECT_EQ(ui.events().activeTapCount(), before);
+        model.toggleCapture();
+    }
+    EXPECT_EQ(ui.events().activeTapCount(), before);  // dropped while capturing
+}
+
+TEST(DebugViewModel, aCaptureWithoutATapStillShowsCapturing) {
+    UiHarness ui;
+    ui.events().setTapCreationFails(true);
+    DebugViewModel model;
+    model.startCapture();
+    ui.events().setTapCreationFails(false);
+    EXPECT_EQ(model.captureButtonText(), "Stop Capture");
+    EXPECT_EQ(model.status(), DebugViewModel::Status::MappingsInactive);
+}
+
 TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterceptionRuns) {
     EXPECT_EQ(text("statusText"), instruction);
-    EXPECT_FALSE(item("statusIcon")->isVisible());
+    EXPECT_FALSE(ui.find("statusIcon")->isVisible());
     EXPECT_EQ(text("captureButton"), "Start Capture");
-    EXPECT_FALSE(item("clearButton")->isEnabled());
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
     EXPECT_EQ(text("countText"), "0 events");
     EXPECT_TRUE(rows().empty());
     ui.screenshot(QStringLiteral("debugger-empty"));
@@ -93,12 +175,12 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
         ui.settle();
         EXPECT_EQ(text("statusText"), running ? QString::fromUtf8("Mappings active \u2013 events shown are post-remap")
                                               : QString::fromUtf8("Mappings inactive \u2013 events shown are raw hardware"));
-        EXPECT_EQ(item("statusIcon")->property("name").toString(), running ? "bolt.circle.fill" : "circle");
-        EXPECT_EQ(item("statusText")->property("color").value<QColor>() == green, running);
+        EXPECT_EQ(ui.find("statusIcon")->property("name").toString(), running ? "bolt.circle.fill" : "circle");
+        EXPECT_EQ(ui.find("statusText")->property("color").value<QColor>() == green, running);
     }
 }
 
-TEST_F(DebugViewTest, keysModifiersAndMediaKeysShowAsRowsNewestFirstAndTheNoiseBoxSwitchesTheFilter) {
+TEST_F(DebugViewTest, rowsShowNewestFirstClearEmptiesThemAndTheNoiseBoxSwitchesTheFilter) {
     startCapture();
     for (const PlatformEvent& event : {keyEvent(10, KeyCode::a, 0x100), keyEvent(11, KeyCode::a, 0x100),
                                        keyEvent(12, KeyCode::leftShift, 0x20102), keyEvent(12, KeyCode::leftShift, 0x100),
@@ -118,32 +200,24 @@ TEST_F(DebugViewTest, keysModifiersAndMediaKeysShowAsRowsNewestFirstAndTheNoiseB
         EXPECT_EQ(shown[i].badge, expected[i].second) << i;
     }
     EXPECT_EQ(text("countText"), "6 events");
-    EXPECT_TRUE(item("clearButton")->isEnabled());
+    ui.click(ui.find("clearButton"));
+    EXPECT_TRUE(rows().empty());
+    EXPECT_EQ(text("countText"), "0 events");
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
 
-    // Which events are noise is the capture's rule; here only that the box switches the filter off.
+    // Which events are noise is the capture's rule; here only that the box switches the filter off
+    // and that the capture goes on after a clear.
     type(systemDefined(211, 0));
-    EXPECT_EQ(rows().size(), 6u);
-    ui.click(item("filterNoiseBox"));
+    EXPECT_TRUE(rows().empty());
+    ui.click(ui.find("filterNoiseBox"));
     type(systemDefined(211, 0));
+    ASSERT_EQ(rows().size(), 1u);
     EXPECT_TRUE(rows().front().text.startsWith(QString::fromUtf8("\u25C6 sys:211|")));
 }
 
-TEST_F(DebugViewTest, clearEmptiesAFullListWhileTheCaptureGoesOnAndClosingStopsTheCaptureButKeepsTheRows) {
-    const KeyCode keys[] = {KeyCode::a, KeyCode::s, KeyCode::d, KeyCode::f, KeyCode::h,
-                            KeyCode::g, KeyCode::z, KeyCode::x, KeyCode::c, KeyCode::v};
+TEST_F(DebugViewTest, closingStopsTheCaptureButKeepsTheRows) {
     startCapture();
-    for (int i = 0; i < 150; ++i) ui.events().inject(keyEvent(i % 2 ? 11 : 10, keys[(i / 2) % 10]));
-    ui.settle();
-    EXPECT_EQ(text("countText"), "100 events");  // which hundred: see the model's tests
-    ui.screenshot(QStringLiteral("debugger-full"));
-
-    ui.click(item("clearButton"));
-    EXPECT_TRUE(rows().empty());
-    EXPECT_EQ(text("countText"), "0 events");
-    EXPECT_FALSE(item("clearButton")->isEnabled());
     type(keyEvent(10, KeyCode::b));
-    EXPECT_EQ(rows().size(), 1u);
-
     ui.view()->close();
     ui.settle();
     EXPECT_FALSE(model()->isCapturing());
@@ -161,7 +235,7 @@ TEST_F(DebugViewTest, autoScrollBringsTheNewestRowToTheTop) {
     startCapture();
     for (int i = 0; i < 40; ++i) ui.events().inject(keyEvent(10, KeyCode::a));
     ui.settle();
-    QQuickItem* list = item("eventListView");
+    QQuickItem* list = ui.find("eventListView");
     const auto top = [list] { return list->property("originY").toReal(); };
     list->setProperty("contentY", top() + 200);
     type(keyEvent(10, KeyCode::b));
@@ -173,11 +247,11 @@ TEST_F(DebugViewTest, autoScrollBringsTheNewestRowToTheTop) {
 TEST_F(DebugViewTest, tabReachesEveryControlWithoutTogglingTheCapture) {
     startCapture();
     type(keyEvent(10, KeyCode::a));  // so that "Clear" is enabled
-    item("captureButton")->forceActiveFocus(Qt::TabFocusReason);
+    ui.find("captureButton")->forceActiveFocus(Qt::TabFocusReason);
     for (const char* name : {"eventList", "clearButton", "autoScrollBox", "filterNoiseBox", "captureButton"}) {
         ui.key(Qt::Key_Tab);
         QQuickItem* focused = ui.view()->activeFocusItem();
-        EXPECT_TRUE(focused == item(name) || item(name)->isAncestorOf(focused)) << name;
+        EXPECT_TRUE(focused == ui.find(name) || ui.find(name)->isAncestorOf(focused)) << name;
     }
     EXPECT_TRUE(model()->isCapturing());
 }
@@ -194,6 +268,7 @@ TEST_F(DebugViewTest, mappedKeysTellWhatTheirMappingDoesInOrangeWhileInterceptio
     ASSERT_TRUE(ui.manager().start());
     model()->stopCapture();
     startCapture();
+    // A varied list for the README's picture.
     for (const PlatformEvent& event :
          {keyEvent(10, KeyCode::h, 0x100), keyEvent(11, KeyCode::h, 0x100), keyEvent(12, KeyCode::leftCommand, 0x100108),
           keyEvent(10, KeyCode::s, 0x100108), keyEvent(12, KeyCode::leftCommand, 0x100), systemDefined(8, 0x00070A00),

@@ -1,6 +1,9 @@
-// The configuration window's list from the real QML: empty state, rows of every kind, row actions
-// by pointer and keyboard, drag reordering, the interception switch and the settings popover.
-#include "MappingsTestSupport.h"
+// The configuration window from the real QML: the list (rows, row actions, drag, switch, settings) and the add/edit sheet.
+#include "Mappings.h"
+#include "UiHarness.h"
+#include "ui/mappings/MappingListModel.h"
+
+#include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QTest>
@@ -8,23 +11,53 @@
 using namespace orvane;
 using namespace orvane::testing;
 
-using MappingListViewTest = MappingsViewTest;
+namespace {
+
+// The non-empty texts of visible text items at or under item, in tree order: what a row shows.
+QStringList visibleTexts(QQuickItem* item) {
+    QStringList texts;
+    if (!item || !item->isVisible()) return texts;
+    const QString text = item->property("text").toString();
+    if (item->inherits("QQuickText") && !text.isEmpty()) texts.append(text);
+    for (QQuickItem* child : item->childItems()) texts += visibleTexts(child);
+    return texts;
+}
+
+class MappingListViewTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+
+    void SetUp() override { ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(500, 400))); }
+    void use(std::vector<KeyMapping> mappings) { ui.store().setMappings(std::move(mappings)), ui.settle(); }
+
+    MappingListModel* model() { return ui.view()->rootObject()->findChild<MappingListModel*>(); }
+    QQuickItem* row(int i) { return ui.find(QStringLiteral("mappingRow%1").arg(i)); }
+    QQuickItem* inRow(int i, const char* name) { return childNamed(row(i), QString::fromLatin1(name)); }
+    QString sheetTitle() { return ui.shown("sheetTitle") ? ui.read("sheetTitle", "text").toString() : QString(); }
+    QString recorderText(const char* recorder) {
+        return childNamed(ui.find(recorder), QStringLiteral("recorderText"))->property("text").toString();
+    }
+};
+using AddMappingViewTest = MappingListViewTest;
+
+}  // namespace
 
 TEST_F(MappingListViewTest, anEmptyListInvitesTheFirstMappingAndBothButtonsOpenANewSheet) {
-    EXPECT_TRUE(shown("emptyState"));
-    EXPECT_FALSE(shown("mappingList"));
-    EXPECT_EQ(property("activeCount", "text"), "0 of 0 active");
+    EXPECT_TRUE(ui.shown("emptyState"));
+    EXPECT_FALSE(ui.shown("mappingList"));
+    EXPECT_EQ(ui.read("activeCount", "text"), "0 of 0 active");
     ui.screenshot(QStringLiteral("config-empty"));
     for (const char* button : {"addFirstMappingButton", "addMappingButton"}) {
-        click(item(button));
+        ui.click(ui.find(button));
         ASSERT_NE(model()->editor(), nullptr) << button;
         EXPECT_EQ(sheetTitle(), "New Mapping");
-        key(Qt::Key_Escape);
+        ui.key(Qt::Key_Escape);
         EXPECT_EQ(model()->editor(), nullptr);
         EXPECT_EQ(sheetTitle(), QString());
     }
 }
 
+// Which badge a row earns in each Caps Lock state: the model's tests.
 TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     use({
         mapping(KeyCode::a, TargetAction::key(KeyCode::b)),
@@ -35,20 +68,16 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
         mapping(KeyCode::d, TargetAction::combination(KeyCode::leftArrow, {.option = true}), false),
     });
     ui.store().setCapsLockHIDState(true, true);
-    frame();
-    EXPECT_FALSE(shown("emptyState"));
-    EXPECT_EQ(property("activeCount", "text"), "5 of 6 active");
+    ui.settle();
+    EXPECT_FALSE(ui.shown("emptyState"));
+    EXPECT_EQ(ui.read("activeCount", "text"), "5 of 6 active");
     const QStringList expected[] = {{"A", "Tap", "B"},         {"F1", "Tap", "⇧", "⌘", "K"}, {"⎋", "Tap", "Block"},
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
     ui.screenshot(QStringLiteral("config-list"));
-
-    ui.store().setCapsLockHIDState(true, false);
-    frame();
-    EXPECT_EQ(visibleTexts(row(4)), (QStringList{"⇪", "HID+Tap", "⎋"}));
     // The checkbox toggles the mapping; enabled again, the row shows its badge again.
-    click(inRow(5, "enabledCheckBox"));
+    ui.click(inRow(5, "enabledCheckBox"));
     EXPECT_TRUE(ui.store().mappings()[5].isEnabled);
     EXPECT_EQ(visibleTexts(row(5)), (QStringList{"D", "Tap", "⌥", "←"}));
 }
@@ -58,7 +87,7 @@ TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
     const auto second = mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}));
     use({first, second});
     EXPECT_FALSE(inRow(1, "rowActions")->isEnabled());
-    hover(row(1));
+    ui.click(row(1), UiHarness::Mouse::hover);
     EXPECT_FALSE(inRow(0, "rowActions")->isEnabled());
     ASSERT_TRUE(inRow(1, "rowActions")->isEnabled());
     for (const auto& [name, label] : {std::pair{"editButton", "Edit mapping"}, std::pair{"deleteButton", "Delete mapping"}}) {
@@ -69,37 +98,37 @@ TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
     }
     ui.screenshot(QStringLiteral("config-row-hover"));
 
-    click(inRow(1, "editButton"));
+    ui.click(inRow(1, "editButton"));
     ASSERT_NE(model()->editor(), nullptr);
     EXPECT_EQ(model()->editor()->targetField()->text(), "⇧⌘K");
-    key(Qt::Key_Escape);
-    hover(row(0));
-    click(inRow(0, "deleteButton"));
+    ui.key(Qt::Key_Escape);
+    ui.click(row(0), UiHarness::Mouse::hover);
+    ui.click(inRow(0, "deleteButton"));
     EXPECT_EQ(ui.store().mappings(), std::vector<KeyMapping>{second});
 }
 
-// A double click edits a row: the sheet view's tests.
+// A double click edits a row: the sheet's tests below.
 TEST_F(MappingListViewTest, returnEditsTheSelectedRowAndDeleteOrBackspaceRemovesOnlyIt) {
     const auto a = mapping(KeyCode::a, TargetAction::block());
     const auto b = mapping(KeyCode::b, TargetAction::block());
     const auto c = mapping(KeyCode::c, TargetAction::block());
     use({a, b, c});
-    key(Qt::Key_Delete);  // nothing selected yet
+    ui.key(Qt::Key_Delete);  // nothing selected yet
     EXPECT_EQ(ui.store().mappings().size(), 3u);
-    click(row(0));
-    key(Qt::Key_Return);
+    ui.click(row(0));
+    ui.key(Qt::Key_Return);
     ASSERT_NE(model()->editor(), nullptr);
     EXPECT_EQ(model()->editor()->sourceField()->text(), "A");
-    click(item("cancelButton"));
+    ui.click(ui.find("cancelButton"));
     EXPECT_EQ(model()->editor(), nullptr);
 
-    click(row(1));
+    ui.click(row(1));
     EXPECT_TRUE(row(1)->property("isSelected").toBool());
-    key(Qt::Key_Delete);
+    ui.key(Qt::Key_Delete);
     EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{a.id, c.id}));
-    click(row(1));
-    key(Qt::Key_Up);
-    key(Qt::Key_Backspace);
+    ui.click(row(1));
+    ui.key(Qt::Key_Up);
+    ui.key(Qt::Key_Backspace);
     EXPECT_EQ(idsOf(ui.store().mappings()), std::vector<Uuid>{c.id});
 }
 
@@ -112,11 +141,11 @@ TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
     const QPoint target = row(0)->mapToScene(QPointF(row(2)->width() * 0.6, 2)).toPoint();
     QTest::mousePress(ui.view(), Qt::LeftButton, Qt::NoModifier, start);
     for (int step = 1; step <= 8; ++step) QTest::mouseMove(ui.view(), start + (target - start) * step / 8);
-    frame();
-    EXPECT_TRUE(shown("dropIndicator"));
+    ui.settle();
+    EXPECT_TRUE(ui.shown("dropIndicator"));
     QTest::mouseRelease(ui.view(), Qt::LeftButton, Qt::NoModifier, target);
-    frame();
-    EXPECT_FALSE(shown("dropIndicator"));
+    ui.settle();
+    EXPECT_FALSE(ui.shown("dropIndicator"));
     EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{last.id, first.id, other.id}));
     EXPECT_EQ(ui.store().mappingForKey(KeyCode::a)->id, last.id);
 }
@@ -129,33 +158,80 @@ TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
                                                   {false, true, true}};
     for (const auto& [clicked, trusted, on] : steps) {
         simAccessibility().setTrusted(trusted);
-        if (clicked) click(item("activeSwitch"));
+        if (clicked) ui.click(ui.find("activeSwitch"));
         else ui.manager().start();
-        frame();
+        ui.settle();
         EXPECT_EQ(ui.manager().isRunning(), on);
-        EXPECT_EQ(property("activeSwitch", "checked").toBool(), on);
-        EXPECT_EQ(property("activeSwitch", "text"), on ? "Active" : "Inactive");
+        EXPECT_EQ(ui.read("activeSwitch", "checked").toBool(), on);
+        EXPECT_EQ(ui.read("activeSwitch", "text"), on ? "Active" : "Inactive");
     }
 }
 
 TEST_F(MappingListViewTest, theGearAndThePanelOpenAndCloseTheSettingsPopover) {
-    click(item("settingsButton"));
-    EXPECT_TRUE(shown("settingsPanel"));
+    ui.click(ui.find("settingsButton"));
+    EXPECT_TRUE(ui.shown("settingsPanel"));
     ui.screenshot(QStringLiteral("config-settings"));
-    click(item("settingsButton"));
-    EXPECT_FALSE(shown("settingsPanel"));
-    click(item("settingsButton"));
-    QMetaObject::invokeMethod(item("settingsPanel"), "dismissRequested");
-    frame();
-    EXPECT_FALSE(shown("settingsPanel"));
+    ui.click(ui.find("settingsButton"));
+    EXPECT_FALSE(ui.shown("settingsPanel"));
+    ui.click(ui.find("settingsButton"));
+    QMetaObject::invokeMethod(ui.find("settingsPanel"), "dismissRequested");
+    ui.settle();
+    EXPECT_FALSE(ui.shown("settingsPanel"));
 }
 
 TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {
     use({mapping(KeyCode::a, TargetAction::block())});
     QStringList reached;
     for (int i = 0; i < 5; ++i) {
-        key(Qt::Key_Tab);
+        ui.key(Qt::Key_Tab);
         reached.append(ui.view()->activeFocusItem()->objectName());
     }
     EXPECT_EQ(reached, (QStringList{"activeSwitch", "addMappingButton", "mappingList", "enabledCheckBox", "settingsButton"}));
+}
+
+TEST_F(AddMappingViewTest, aNewSheetOffersRemapShowsTheSourceAndReturnAddsABlockedKey) {
+    ui.click(ui.find("addMappingButton"));
+    EXPECT_EQ(sheetTitle(), "New Mapping");
+    EXPECT_EQ(ui.read("primaryButton", "text"), "Add Mapping");
+    EXPECT_FALSE(ui.find("primaryButton")->isEnabled());
+    EXPECT_TRUE(ui.read("segmentRemap", "checked").toBool() && ui.shown("targetRecorder") && !ui.shown("blockCaption"));
+    EXPECT_EQ(recorderText("sourceRecorder"), "Press the key to remap...");
+    EXPECT_EQ(recorderText("targetRecorder"), "Press target key or combination...");
+    ui.screenshot(QStringLiteral("sheet-new"));
+
+    ui.click(ui.find("segmentBlock"));
+    EXPECT_FALSE(ui.read("segmentRemap", "checked").toBool() || ui.shown("targetRecorder"));
+    EXPECT_EQ(ui.read("blockCaption", "text"), "The source key will be completely disabled.");
+    EXPECT_TRUE(ui.shown("blockCaption"));
+    // Without a source Return does nothing and the sheet stays.
+    ui.key(Qt::Key_Return);
+    EXPECT_TRUE(ui.shown("mappingSheet"));
+    EXPECT_TRUE(ui.store().mappings().empty());
+
+    // Recording through the keyboard: the recorder field's tests.
+    model()->editor()->sourceField()->setRecordedKey(RecordedKey{SourceKey::regular(KeyCode::f5), {}});
+    ui.settle();
+    EXPECT_EQ(recorderText("sourceRecorder"), "F5");
+    EXPECT_TRUE(ui.find("primaryButton")->isEnabled());
+    ui.key(Qt::Key_Return);
+    EXPECT_FALSE(ui.shown("mappingSheet"));
+    EXPECT_EQ(model()->editor(), nullptr);
+    ASSERT_EQ(ui.store().mappings().size(), 1u);
+    const KeyMapping added = ui.store().mappings()[0];
+    EXPECT_EQ(added, (KeyMapping{added.id, SourceKey::regular(KeyCode::f5), TargetAction::block(), true}));
+}
+
+TEST_F(AddMappingViewTest, editingACombinationShowsItAndSavesItUnchanged) {
+    const auto combination = mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), false);
+    use({mapping(KeyCode::a, TargetAction::block()), combination});
+    ui.click(row(1), UiHarness::Mouse::doubleClick);
+    EXPECT_EQ(sheetTitle(), "Edit Mapping");
+    EXPECT_EQ(recorderText("sourceRecorder"), "F1");
+    EXPECT_EQ(recorderText("targetRecorder"), "⇧⌘K");
+    EXPECT_TRUE(ui.read("segmentRemap", "checked").toBool());
+    EXPECT_EQ(ui.read("primaryButton", "text"), "Save Changes");
+    ui.screenshot(QStringLiteral("sheet-edit-combination"));
+    ui.click(ui.find("primaryButton"));
+    EXPECT_FALSE(ui.shown("mappingSheet"));
+    EXPECT_EQ(ui.store().mappings().at(1), combination);
 }

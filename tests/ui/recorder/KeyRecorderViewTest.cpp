@@ -1,48 +1,111 @@
-// The key recorder field as the user sees it: texts, colours, frame and recording over the simulated
-// keyboard. Pausing the main tap while recording: the scenario files and the recorder's own tests.
-#include "RecorderTestSupport.h"
+// The key recorder field and its picker as the user sees them, over the simulated keyboard; the picker's rules.
+#include "UiHarness.h"
+#include "ui/recorder/KeyPickerModel.h"
+#include "ui/recorder/KeyRecorderField.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
 
 using namespace orvane;
 using namespace orvane::testing;
 
+namespace {
+
+const QString placeholder = QStringLiteral("Press target key or combination...");
+
+// A field at the top of a window with room for its picker.
+class RecorderViewTest : public ::testing::Test {
+protected:
+    UiHarness ui;
+    std::unique_ptr<KeyRecorderField> field;
+
+    void showField(bool allowModifiers) {
+        field = std::make_unique<KeyRecorderField>(allowModifiers, placeholder);
+        ASSERT_TRUE(ui.show(QStringLiteral("RecorderHost.qml"), QSize(720, 480)));
+        ui.view()->rootObject()->setProperty("field", QVariant::fromValue(field.get()));
+        ui.settle();
+    }
+    void TearDown() override {
+        if (field) field->stopRecording();
+    }
+    // A colour of the palette an item uses ("text", "placeholderText", "highlight").
+    QColor paletteColor(const QString& objectName, const char* role) {
+        return ui.read(objectName, "palette").value<QObject*>()->property(role).value<QColor>();
+    }
+    void openPicker() {
+        ui.click(ui.find("pickButton"));
+        ASSERT_TRUE(ui.shown("searchField"));
+    }
+    int cellCount() { return ui.read("keyGridView", "count").toInt(); }
+};
+using PickerViewTest = RecorderViewTest;
+
+}  // namespace
+
+TEST(KeyPickerSearch, matchesNameElseSymbolCaseInsensitivelyInDeclaredOrderUntrimmed) {
+    using enum KeyCode;
+    const std::pair<QString, std::vector<KeyCode>> cases[] = {
+        {"PAGE", {pageUp, pageDown}},
+        // The left arrow's name is its glyph, so only the left modifier keys match.
+        {"left", {leftShift, leftControl, leftOption, leftCommand}},
+        {"⌘", {leftCommand, rightCommand}},
+        {"🌐", {globe}},
+        {" page", {}},
+        {"keypad", {keypad0, keypad1, keypad2, keypad3, keypad4, keypad5, keypad6, keypad7, keypad8, keypad9, keypadDecimal,
+                    keypadMultiply, keypadPlus, keypadClear, keypadDivide, keypadEnter, keypadMinus, keypadEquals}},
+    };
+    for (const auto& [query, expected] : cases) EXPECT_EQ(KeyPickerModel::searchResults(query), expected) << query.toStdString();
+}
+
+TEST(KeyGridModel, cellsNameTheKeyOnlyWhereTheSymbolDiffersFromTheName) {
+    KeyGridModel model;
+    model.setKeys({KeyCode::a, KeyCode::leftCommand, KeyCode::space, KeyCode::pageUp});
+    const std::pair<const char*, bool> expected[] = {{"A", false}, {"⌘", true}, {"␣", true}, {"Page Up", false}};
+    for (int row = 0; row < 4; ++row) {
+        EXPECT_EQ(model.data(model.index(row), KeyGridModel::symbolRole).toString(), QString::fromUtf8(expected[row].first));
+        EXPECT_EQ(model.data(model.index(row), KeyGridModel::showsDisplayNameRole).toBool(), expected[row].second) << row;
+    }
+}
+
 TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndClearRemoves) {
     showField(true);
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press target key or combination..."));
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
-    EXPECT_FALSE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), placeholder);
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
+    EXPECT_FALSE(ui.shown("clearButton"));
 
     field->setRecordedKey(RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}});
     ui.settle();
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
-    ASSERT_TRUE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
+    ASSERT_TRUE(ui.shown("clearButton"));
     ui.click(ui.find("recordButton"));
     ASSERT_TRUE(field->isRecording());
     ui.click(ui.find("recordButton"));  // Cancel
     EXPECT_FALSE(field->isRecording());
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
 
     ui.click(ui.find("clearButton"));
     EXPECT_FALSE(field->hasKey());
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press target key or combination..."));
-    EXPECT_FALSE(isShown("clearButton"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), placeholder);
+    EXPECT_FALSE(ui.shown("clearButton"));
 }
 
 TEST_F(RecorderViewTest, whileRecordingTheFrameIsHighlightedUntilTheFirstKeyEndsIt) {
     showField(true);
     ui.click(ui.find("recordButton"));
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
-    EXPECT_EQ(read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
-    EXPECT_EQ(read("recordButton", "text").toString(), QStringLiteral("Cancel"));
-    QObject* border = read("recorderFrame", "border").value<QObject*>();
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
+    EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
+    EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Cancel"));
+    QObject* border = ui.read("recorderFrame", "border").value<QObject*>();
     EXPECT_EQ(border->property("width").toInt(), 2);
     EXPECT_EQ(border->property("color").value<QColor>(), paletteColor("recorderFrame", "highlight"));
     ui.screenshot(QStringLiteral("recorder-recording"));
 
     ui.events().inject({10, static_cast<std::uint16_t>(rawValue(KeyCode::a)), EventFlag::command | EventFlag::shift, 0, std::nullopt});
     ui.settle();
-    EXPECT_EQ(read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
-    EXPECT_EQ(read("recordButton", "text").toString(), QStringLiteral("Record"));
+    EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
+    EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Record"));
     EXPECT_EQ(border->property("width").toInt(), 1);
 }
 
@@ -51,10 +114,76 @@ TEST_F(RecorderViewTest, leavingTheScreenEndsTheRecordingAndResumesTheMainTap) {
     showField(false);
     ui.click(ui.find("recordButton"));
     ASSERT_FALSE(ui.manager().isRunning());
-
     ui.find("recorderView")->setVisible(false);
     ui.settle();
-
     EXPECT_FALSE(field->isRecording());
     EXPECT_TRUE(ui.manager().isRunning());
+}
+
+// Which keys a search finds: the picker model's tests.
+TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsAfresh) {
+    showField(true);
+    openPicker();
+    EXPECT_EQ(cellCount(), 26);
+    ui.click(ui.find("categoryTab_Media & System"));
+    EXPECT_EQ(cellCount(), 5);
+    for (const char* name : {"Globe", "Launchpad", "Dictation", "Do Not Disturb", "Mission Control"})
+        EXPECT_TRUE(ui.find(QStringLiteral("keyButton_") + QLatin1String(name))) << name;
+    ui.screenshot(QStringLiteral("picker-category"), ui.find("searchField"));
+
+    ui.click(ui.find("modOption"));
+    ui.click(ui.find("searchField"));
+    for (Qt::Key key : {Qt::Key_P, Qt::Key_A, Qt::Key_G, Qt::Key_E}) ui.key(key);
+    EXPECT_FALSE(ui.shown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 2);
+    EXPECT_TRUE(ui.find("keyButton_Page Down"));
+    ui.screenshot(QStringLiteral("picker-search"), ui.find("searchField"));
+
+    // Escape writes nothing; the next opening shows the first tab, no search and no modifiers.
+    ui.key(Qt::Key_Escape);
+    ASSERT_FALSE(ui.shown("searchField"));
+    EXPECT_FALSE(field->hasKey());
+    openPicker();
+    EXPECT_EQ(ui.read("searchField", "text").toString(), QString());
+    EXPECT_TRUE(ui.shown("categoryTabs"));
+    EXPECT_EQ(cellCount(), 26);
+    EXPECT_FALSE(ui.read("modOption", "checked").toBool());
+}
+
+TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
+    showField(true);
+    field->toggleRecording();
+    openPicker();
+    ASSERT_TRUE(ui.shown("modifierRow"));
+    ui.click(ui.find("modCommand"));
+    ui.click(ui.find("modShift"));
+    ui.click(ui.find("keyButton_A"));
+    EXPECT_FALSE(ui.shown("searchField"));
+    EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
+    EXPECT_TRUE(field->isRecording());
+}
+
+TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
+    showField(false);
+    openPicker();
+    EXPECT_FALSE(ui.shown("modifierRow") || ui.shown("modifierDivider"));
+    ui.click(ui.find("categoryTab_Modifiers"));
+    ui.click(ui.find("keyButton_Right Option"));
+    EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::rightOption), {}}));
+}
+
+TEST_F(PickerViewTest, thePopoverReachesPastItsWindowAndClosesWhenAnotherWindowIsActivated) {
+    showField(true);
+    ui.view()->resize(500, 400);  // the sheet's window is narrower than the picker
+    ui.settle();
+    openPicker();
+    QQuickItem* search = ui.find("searchField");
+    ASSERT_TRUE(search);
+    EXPECT_NE(search->window(), ui.view());
+    EXPECT_GT(search->window()->width(), ui.view()->width());
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return search->window()->isActive(); }, 10000));
+    ui.view()->requestActivate();  // a click anywhere else
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !ui.shown("searchField"); }, 10000));
+    EXPECT_FALSE(field->hasKey());
 }

@@ -16,12 +16,9 @@ namespace {
 class DismissalProbe : public QObject {
     Q_OBJECT
 public:
-    explicit DismissalProbe(std::function<void()> onDismiss) : onDismiss_(std::move(onDismiss)) {}
+    std::function<void()> onDismiss;
 public slots:
-    void dismissed() { onDismiss_(); }
-
-private:
-    std::function<void()> onDismiss_;
+    void dismissed() { onDismiss(); }
 };
 
 class SettingsPanelTest : public ::testing::Test {
@@ -39,7 +36,7 @@ protected:
         QQuickView* view = ui.show(QStringLiteral("SettingsPanel.qml"), QSize(250, 330));
         return view ? view->rootObject() : nullptr;
     }
-    bool isChecked(const char* objectName) { return ui.find(QString::fromLatin1(objectName))->property("checked").toBool(); }
+    bool isChecked(const char* objectName) { return ui.read(objectName, "checked").toBool(); }
 };
 
 }  // namespace
@@ -85,7 +82,8 @@ TEST_F(SettingsPanelTest, openingTheDebuggerClosesThePanelFirst) {
     QQuickItem* panel = showPanel();
     ASSERT_TRUE(panel);
     std::vector<bool> debuggerShownAtDismissal;
-    DismissalProbe probe([&] { debuggerShownAtDismissal.push_back(app.delegate.debugWindow() != nullptr); });
+    DismissalProbe probe;
+    probe.onDismiss = [&] { debuggerShownAtDismissal.push_back(app.delegate.debugWindow() != nullptr); };
     QObject::connect(panel, SIGNAL(dismissRequested()), &probe, SLOT(dismissed()));
 
     ui.click(ui.find("openDebuggerButton"));

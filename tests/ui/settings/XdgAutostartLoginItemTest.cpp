@@ -75,12 +75,8 @@ TEST_F(XdgAutostartTest, switchedOffEntriesAreRewrittenAndEnabledOnesLeftAlone) 
 }
 
 TEST_F(XdgAutostartTest, anUnusableConfigDirectoryFailsWithADescription) {
-    QFile blocker(dir.filePath("config"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));  // a file where the directory should be
-    blocker.close();
-
+    ASSERT_TRUE(QFile(dir.filePath("config")).open(QIODevice::WriteOnly));  // a file where the directory should be
     const auto error = item.registerItem();
-
     ASSERT_TRUE(error);
     EXPECT_TRUE(error->contains(dir.filePath("config/autostart"))) << error->toStdString();
     EXPECT_EQ(item.status(), LoginItem::Status::notRegistered);

@@ -12,19 +12,13 @@
 #include <QTest>
 
 namespace orvane::testing {
-namespace {
 
-QQuickItem* findIn(QQuickItem* item, const QString& name) {
-    if (!item) return nullptr;
-    if (item->objectName() == name) return item;
+QQuickItem* childNamed(QQuickItem* item, const QString& name) {
+    if (!item || item->objectName() == name) return item;
     for (QQuickItem* child : item->childItems())
-        if (QQuickItem* found = findIn(child, name)) return found;
+        if (QQuickItem* found = childNamed(child, name)) return found;
     return nullptr;
 }
-
-QPoint centreOf(QQuickItem* item) { return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint(); }
-
-}  // namespace
 
 UiHarness::UiHarness() {
     simAccessibility().setTrusted(true);
@@ -64,63 +58,53 @@ QQuickView* UiHarness::show(const QString& file, QSize size) {
 
 QQuickItem* UiHarness::find(const QString& objectName) const {
     if (!view_) return nullptr;
-    // Popups and sheets live under the window's overlay, not under the root object; popovers in
+    // The content item holds the root object and the overlay with popups and sheets; popovers have
     // windows of their own.
-    if (QQuickItem* found = findIn(view_->rootObject(), objectName)) return found;
-    if (QQuickItem* found = findIn(view_->contentItem(), objectName)) return found;
+    if (QQuickItem* found = childNamed(view_->contentItem(), objectName)) return found;
     for (QWindow* window : QGuiApplication::topLevelWindows()) {
         auto* quickWindow = qobject_cast<QQuickWindow*>(window);
         if (quickWindow && quickWindow != view_.get() && quickWindow->isVisible())
-            if (QQuickItem* found = findIn(quickWindow->contentItem(), objectName)) return found;
+            if (QQuickItem* found = childNamed(quickWindow->contentItem(), objectName)) return found;
     }
     return nullptr;
 }
 
-void UiHarness::click(QQuickItem* item, Qt::MouseButton button) {
-    ASSERT_TRUE(item);
-    QTest::mouseClick(item->window(), button, Qt::NoModifier, centreOf(item));
-    settle();
+QVariant UiHarness::read(const QString& objectName, const char* property) const {
+    QQuickItem* item = find(objectName);
+    return item ? item->property(property) : QVariant();
 }
 
-void UiHarness::doubleClick(QQuickItem* item) {
+void UiHarness::click(QQuickItem* item, Mouse action) {
     ASSERT_TRUE(item);
-    QTest::mouseDClick(item->window(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
-    settle();
-}
-
-void UiHarness::hover(QQuickItem* item) {
-    ASSERT_TRUE(item);
-    QTest::mouseMove(item->window(), centreOf(item));
+    const QPoint centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    switch (action) {
+    case Mouse::click: QTest::mouseClick(item->window(), Qt::LeftButton, Qt::NoModifier, centre); break;
+    case Mouse::doubleClick: QTest::mouseDClick(item->window(), Qt::LeftButton, Qt::NoModifier, centre); break;
+    case Mouse::hover: QTest::mouseMove(item->window(), centre); break;
+    }
     settle();
 }
 
 void UiHarness::key(int key, Qt::KeyboardModifiers modifiers) {
-    QTest::keyClick(keyWindow(), static_cast<Qt::Key>(key), modifiers);
-    settle();
-}
-
-QWindow* UiHarness::keyWindow() const {
     QWindow* focused = QGuiApplication::focusWindow();
-    return focused ? focused : view_.get();
+    QTest::keyClick(focused ? focused : view_.get(), static_cast<Qt::Key>(key), modifiers);
+    settle();
 }
 
 void UiHarness::settle() {
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents();
         if (MappingStore* store = &MappingStore::shared()) store->waitForCapsLockDecisions();
+        if (round == 1 && view_ && view_->isVisible()) view_->grabWindow();
     }
     QCoreApplication::processEvents();
 }
 
-QImage UiHarness::screenshot(const QString& name) { return view_ ? screenshotOf(*view_, name) : QImage(); }
-
-QImage UiHarness::screenshotWindowOf(QQuickItem* item, const QString& name) {
-    return item && item->window() ? screenshotOf(*item->window(), name) : QImage();
-}
-
-QImage UiHarness::screenshotOf(QQuickWindow& window, const QString& name) {
+QImage UiHarness::screenshot(const QString& name, QQuickItem* inWindowOf) {
+    QQuickWindow* window = inWindowOf ? inWindowOf->window() : view_.get();
+    if (!window) return {};
     settle();
-    const QImage image = window.grabWindow();
+    const QImage image = window->grabWindow();
     QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
     image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
     return image;

@@ -1,5 +1,4 @@
-// GoogleTest entry point for view tests: a widgets application (alerts need one) on whatever
-// platform the environment names; the test command sets offscreen and the software renderer.
+// GoogleTest entry point for shell and view tests: a widgets application that runs on with its windows closed.
 #include <QApplication>
 
 #include <gtest/gtest.h>
