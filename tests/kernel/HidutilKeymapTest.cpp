@@ -1,7 +1,7 @@
-// orvane-hidutil inside a real kernel, on the emulated USB keyboard: Caps Lock's key changes in the
-// keyboard's keymap, so whoever reads its event device sees the target; each run is a new process
-// that finds what the earlier ones changed; a keyboard plugged in later gets the mapping in force;
-// refusals print one error line and change nothing. The tool's path comes in ORVANE_HIDUTIL.
+// orvane-hidutil inside a real kernel, on the emulated USB keyboard: the usage table is the kernel's;
+// a keyboard plugged in later gets the mapping in force and a later run restores it; refusals print
+// one error line and change nothing. The tool's path comes in ORVANE_HIDUTIL. (Caps Lock pressed
+// through the tool, the store and the taps: LinuxBackendTest.)
 #include "EvdevSupport.h"
 #include "platform/linux/CapsLockKeymap.h"
 #include "platform/linux/HidUsageTable.h"
@@ -15,7 +15,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -49,17 +48,6 @@ std::optional<unsigned> keyFor(int fd, std::uint32_t scancode) {
     return entry.keycode;
 }
 
-// Events up to the next key press or release; LED changes and key repeats are left out.
-std::vector<Event> eventsUntilKey(libevdev* device) {
-    std::vector<Event> events;
-    while (const auto event = nextEvent(device, 10s)) {
-        if (event->type == EV_LED || (event->type == EV_KEY && event->value == 2)) continue;
-        events.push_back(*event);
-        if (event->type == EV_KEY) break;
-    }
-    return events;
-}
-
 struct HidutilOnUsbKeyboard : ::testing::Test {
     static inline Evdev keyboard;
     static void SetUpTestSuite() {
@@ -80,20 +68,6 @@ TEST_F(HidutilOnUsbKeyboard, theUsageTableIsTheKernelsOwn) {
         EXPECT_EQ(keyFor(fd(), 0x70000 | usage), evdevCodeForUsage(usage).value_or(KEY_UNKNOWN)) << std::hex << usage;
 }
 
-TEST_F(HidutilOnUsbKeyboard, capsLockBecomesEachTargetInTurnAndThenItselfAgain) {
-    const Event scan{EV_MSC, MSC_SCAN, static_cast<int>(capsLockScancode)};
-    const std::pair<std::string, unsigned> steps[] = {
-        {remapText(0x29), KEY_ESC}, {remapText(0x6D), KEY_F18}, {clearText, KEY_CAPSLOCK}};
-    for (const auto& [property, key] : steps) {
-        SCOPED_TRACE(property);
-        EXPECT_EQ(setProperty(property), std::make_pair(0, property + "\n"));
-        askHostTo("press", "caps_lock");
-        EXPECT_EQ(eventsUntilKey(keyboard.get()), (std::vector<Event>{scan, {EV_KEY, key, 1}}));
-        askHostTo("release", "caps_lock");
-        EXPECT_EQ(eventsUntilKey(keyboard.get()), (std::vector<Event>{scan, {EV_KEY, key, 0}}));
-    }
-}
-
 TEST_F(HidutilOnUsbKeyboard, aKeyboardPluggedInLaterGetsTheMappingInForceAndIsRestoredWithTheRest) {
     ASSERT_EQ(setProperty(remapText(0x29)).first, 0);
     // A keyboard plugged in starts from the kernel's own keymap.
@@ -112,7 +86,6 @@ TEST_F(HidutilOnUsbKeyboard, refusalsPrintOneErrorLineAndChangeNothing) {
     // The arguments, a prefix to the command, a piece of the reason.
     const std::tuple<std::string, std::string, const char*> cases[] = {
         {"property --get UserKeyMapping", "", "usage"},
-        {"property --set '{'", "", "not JSON"},
         {"property --set '" + remapText(0x82) + "'", "", "no Linux key"},
         {"property --set '" + remapText(0x29) + "'", "setpriv --reuid=65534 --regid=65534 --clear-groups ", "Permission denied"},
     };

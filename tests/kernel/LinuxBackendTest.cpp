@@ -23,10 +23,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <unistd.h>
 
-#include <filesystem>
-#include <memory>
 #include <vector>
 
 using namespace orvane;
@@ -117,18 +114,28 @@ std::vector<KeyMapping> testMappings() {
 
 bool inKernelMachine() { return std::getenv("ORVANE_KERNEL_VM") && ::access("/dev/uinput", W_OK) == 0; }
 
+// The real devices and event system under the real store and tap manager, with one HID tool.
+struct Backend {
+    QTemporaryDir dir;
+    UinputKeyboard output;
+    EvdevKeyboards input{output.devnode()};
+    LinuxEventSystem events{input, output, [] { return true; }};
+    std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
+    MappingStore store;
+    EventTapManager manager{events, store};
+
+    Backend(const QString& hidTool, std::vector<KeyMapping> mappings) : store(*defaults, HIDUtil(hidTool)) {
+        store.setMappings(std::move(mappings));
+        store.waitForCapsLockDecisions();
+    }
+};
+
 class RealBackend : public ::testing::Test {
 protected:
     std::vector<std::string> lines;
-    QTemporaryDir dir;
     orvane::testing::FakeHidutil tool;
     std::unique_ptr<PhysicalKeyboard> keyboard;
-    std::unique_ptr<UinputKeyboard> output;
-    std::unique_ptr<EvdevKeyboards> input;
-    std::unique_ptr<LinuxEventSystem> events;
-    std::unique_ptr<UserDefaults> defaults;
-    std::unique_ptr<MappingStore> store;
-    std::unique_ptr<EventTapManager> manager;
+    std::unique_ptr<Backend> backend;
     std::unique_ptr<Reader> applications;
 
     void SetUp() override {
@@ -136,23 +143,19 @@ protected:
         diagnostics::redirectTo(&lines);
         keyboard = std::make_unique<PhysicalKeyboard>("Test keyboard");
         ASSERT_TRUE(keyboard->exists());
-        output = std::make_unique<UinputKeyboard>();
-        ASSERT_TRUE(output->isCreated());
-        input = std::make_unique<EvdevKeyboards>(output->devnode());
-        events = std::make_unique<LinuxEventSystem>(*input, *output, [] { return true; });
-        defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-        store = std::make_unique<MappingStore>(*defaults, HIDUtil(tool.path()));
-        store->setMappings(testMappings());
-        store->waitForCapsLockDecisions();
-        manager = std::make_unique<EventTapManager>(*events, *store);
-        applications = std::make_unique<Reader>(output->devnode());
+        use(tool.path(), testMappings());
+    }
+    void TearDown() override { diagnostics::redirectTo(nullptr); }
+    // A new backend (a new output device) in place of the running one.
+    void use(const QString& hidTool, std::vector<KeyMapping> mappings) {
+        applications.reset();
+        backend.reset();
+        backend = std::make_unique<Backend>(hidTool, std::move(mappings));
+        ASSERT_TRUE(backend->output.isCreated());
+        applications = std::make_unique<Reader>(backend->output.devnode());
         ASSERT_TRUE(applications->isOpen());
     }
-    void TearDown() override {
-        manager.reset();
-        events.reset();
-        diagnostics::redirectTo(nullptr);
-    }
+    EventTapManager& manager() { return backend->manager; }
     Keys typeAndRead(const Keys& keys, std::size_t expected) {
         keyboard->type(keys);
         return applications->keys(expected);
@@ -162,7 +165,7 @@ protected:
 }  // namespace
 
 TEST_F(RealBackend, applicationsReceiveWhatTheMappingsMake) {
-    ASSERT_TRUE(manager->start());
+    ASSERT_TRUE(manager().start());
     EXPECT_EQ(typeAndRead({{KEY_A, 1}, {KEY_A, 0}}, 2), (Keys{{KEY_B, 1}, {KEY_B, 0}}));
     EXPECT_EQ(typeAndRead({{KEY_Q, 1}, {KEY_Q, 0}, {KEY_C, 1}, {KEY_C, 0}}, 2), (Keys{{KEY_C, 1}, {KEY_C, 0}}));  // Q blocked
     EXPECT_EQ(typeAndRead({{KEY_F1, 1}, {KEY_F1, 0}}, 10),
@@ -172,18 +175,18 @@ TEST_F(RealBackend, applicationsReceiveWhatTheMappingsMake) {
 }
 
 TEST_F(RealBackend, keyboardsAreGrabbedButNeverTheOutputAndStoppingReleasesAHeldKey) {
-    ASSERT_TRUE(manager->start());
+    ASSERT_TRUE(manager().start());
     EXPECT_EQ(typeAndRead({{KEY_A, 1}}, 1), (Keys{{KEY_B, 1}}));
     // Our own device is free for anyone to take.
     EXPECT_EQ(libevdev_grab(applications->device(), LIBEVDEV_GRAB), 0);
     libevdev_grab(applications->device(), LIBEVDEV_UNGRAB);
-    manager->stop();
+    manager().stop();
     EXPECT_EQ(applications->keys(1), (Keys{{KEY_B, 0}}));
     EXPECT_TRUE(typeAndRead({{KEY_A, 0}}, 1).empty());
 }
 
 TEST_F(RealBackend, aKeyboardPluggedInLaterIsInterceptedAndUnpluggingItReleasesItsKeys) {
-    ASSERT_TRUE(manager->start());
+    ASSERT_TRUE(manager().start());
     PhysicalKeyboard second("Second test keyboard");
     ASSERT_TRUE(second.exists());
     pump(1000);  // the hot-plug announcement
@@ -195,7 +198,7 @@ TEST_F(RealBackend, aKeyboardPluggedInLaterIsInterceptedAndUnpluggingItReleasesI
 
 TEST_F(RealBackend, theRecorderAndTheCaptureSeeRealKeys) {
     std::optional<RecordedKey> recorded;
-    KeyRecorder recorder(*events, /*allowModifiers=*/true, false, [&](const RecordedKey& key) { recorded = key; });
+    KeyRecorder recorder(backend->events, /*allowModifiers=*/true, false, [&](const RecordedKey& key) { recorded = key; });
     recorder.start();
     // The key is swallowed; the modifier goes on as modifiers do while recording.
     EXPECT_EQ(typeAndRead({{KEY_LEFTSHIFT, 1}, {KEY_X, 1}, {KEY_X, 0}, {KEY_LEFTSHIFT, 0}}, 4),
@@ -205,14 +208,12 @@ TEST_F(RealBackend, theRecorderAndTheCaptureSeeRealKeys) {
     recorder.stop();
 
     std::vector<DebugEvent> captured;
-    EventCapturer capturer(*events, *store, *manager, [&](const DebugEvent& event) { captured.push_back(event); }, [] { return true; });
+    EventCapturer capturer(backend->events, backend->store, manager(), [&](const DebugEvent& event) { captured.push_back(event); }, [] { return true; });
     capturer.start();
     keyboard->type({{KEY_A, 1}, {KEY_A, 0}});
     pump(500);
     ASSERT_EQ(captured.size(), 2u);
-    EXPECT_EQ(captured[0].event.key, KeyCode::a);
-    EXPECT_EQ(captured[0].event.isDown, true);
-    EXPECT_EQ(captured[1].event.isDown, false);
+    EXPECT_TRUE(captured[0].event.key == KeyCode::a && captured[0].event.isDown == true && captured[1].event.isDown == false);
 }
 
 // The HID layer on the emulated USB keyboard: orvane-hidutil turns Caps Lock into Escape in the
@@ -222,44 +223,33 @@ TEST_F(RealBackend, capsLockOnAUsbKeyboardThroughTheHidTool) {
     if (!hidTool) GTEST_SKIP() << "needs ORVANE_HIDUTIL";
     ASSERT_TRUE(kerneltest::findUsbKeyboard());
     pump(500);  // the keyboard may have come after the start: its hot-plug announcement
-    manager.reset();
-    store = std::make_unique<MappingStore>(*defaults, HIDUtil(QString::fromLocal8Bit(hidTool)));
-    manager = std::make_unique<EventTapManager>(*events, *store);
+    use(QString::fromLocal8Bit(hidTool), {{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true}});
     const auto pressCapsLock = [&](std::size_t expected) {
         kerneltest::askHostTo("press", "caps_lock");
         kerneltest::askHostTo("release", "caps_lock");
         return applications->keys(expected);
     };
-    store->setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true}});
-    ASSERT_TRUE(manager->start());
-    store->waitForCapsLockDecisions();
+    ASSERT_TRUE(manager().start());
+    backend->store.waitForCapsLockDecisions();
     EXPECT_EQ(pressCapsLock(2), (Keys{{KEY_ESC, 1}, {KEY_ESC, 0}}));
 
-    store->setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock),
-                         TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true}});
-    store->waitForCapsLockDecisions();
+    backend->store.setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock),
+                                 TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true}});
+    backend->store.waitForCapsLockDecisions();
     pump(200);
     EXPECT_EQ(pressCapsLock(10), (Keys{{KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0},
                                        {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}}));
-    manager->stop();  // Caps Lock is itself again, and the keyboard reaches applications directly
+    manager().stop();  // Caps Lock is itself again, and the keyboard reaches applications directly
     EXPECT_TRUE(std::count(lines.begin(), lines.end(), "HIDUtil: Cleared HID remapping, Caps Lock restored")) << lines.size();
 }
 
 // The process that runs the backend for the test below: interception on, until it is killed.
 TEST(RealBackendProcess, holdsInterceptionUntilKilled) {
     if (!std::getenv("ORVANE_BACKEND_CHILD")) GTEST_SKIP() << "runs only as the child of the kill test";
-    QTemporaryDir dir;
     orvane::testing::FakeHidutil tool;
-    UinputKeyboard output;
-    EvdevKeyboards input(output.devnode());
-    LinuxEventSystem events(input, output, [] { return true; });
-    auto defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    MappingStore store(*defaults, HIDUtil(tool.path()));
-    store.setMappings(testMappings());
-    store.waitForCapsLockDecisions();
-    EventTapManager manager(events, store);
-    ASSERT_TRUE(manager.start());
-    std::printf("ready %s\n", output.devnode().c_str());
+    Backend backend(tool.path(), testMappings());
+    ASSERT_TRUE(backend.manager.start());
+    std::printf("ready %s\n", backend.output.devnode().c_str());
     std::fflush(stdout);
     QCoreApplication::exec();
 }
