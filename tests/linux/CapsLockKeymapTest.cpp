@@ -29,9 +29,7 @@ TEST(UserKeyMapping, theStoresTextsAreReadAndEverythingElseRefusedWithAReason) {
         {R"({"UserKeyMapping":[]})", 0, nullptr},
         {remap(caps, "30064771113"), KEY_ESC, nullptr},
         {remap(caps, caps), KEY_CAPSLOCK, nullptr},
-        {R"({"UserKeyMapping":[]})"
-         "x",
-         0, "not JSON"},
+        {R"({"UserKeyMapping":[]}x)", 0, "not JSON"},
         {remap(caps, "5e333"), 0, "not JSON"},
         {R"({"UserKeyMapping":[],"Other":1})", 0, "UserKeyMapping"},
         {R"({"UserKeyMapping":{}})", 0, "not a list"},
