@@ -1,11 +1,23 @@
-// The Linux choices: a per-user local socket between launches (quit requests: posix/).
+// The Linux choices: a per-user local socket between launches; no reopen, secure input or HID resets
+// (orvane-hidutil gives keyboards plugged in later the mapping in force).
 #include "platform/PlatformServices.h"
 #include "platform/linux/LocalSocketInstanceChannel.h"
 
 namespace orvane {
 
-std::unique_ptr<InstanceChannel> createInstanceChannel() {
+std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>&) {
     return std::make_unique<LocalSocketInstanceChannel>(LocalSocketInstanceChannel::defaultName());
 }
+
+void installReopenHandler(std::function<void()>) {}
+
+void installHidResetHandler(std::function<void()>) {}
+
+std::function<bool()> secureInputQuery() { return {}; }
+
+// Desktops raise a window that asks for activation; there is no application to activate.
+void activateApplication() {}
+
+bool trayIconClickOpensMenu() { return false; }
 
 }  // namespace orvane
