@@ -64,6 +64,8 @@ void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
         if (!item.iconDescription.isEmpty()) action->setToolTip(item.iconDescription);
         action->setShortcut(item.shortcut);
         action->setEnabled(item.isEnabled);
+        // Every item stays in this menu: no role moves "Quit" or "Settings..." to an application menu.
+        action->setMenuRole(QAction::NoRole);
         action->setIconVisibleInMenu(true);
         // Queued, with the menu as context: the handler may refill this very menu, deleting the action.
         if (item.trigger) QObject::connect(action, &QAction::triggered, &menu_, item.trigger, Qt::QueuedConnection);
