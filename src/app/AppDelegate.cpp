@@ -6,6 +6,7 @@
 #include "interception/EventTapManager.h"
 #include "platform/EventSystem.h"
 #include "platform/InstanceChannel.h"
+#include "platform/PrivateInstance.h"
 #include "store/MappingStore.h"
 
 #include <QQuickView>
@@ -18,6 +19,10 @@ AppDelegate* currentDelegate = nullptr;
 }
 
 AppDelegate* AppDelegate::current() { return currentDelegate; }
+
+QByteArray AppDelegate::openConfigurationMessage() {
+    return (forThisInstance(QStringLiteral("com.user.Orvane")) + QStringLiteral(".OpenConfig")).toUtf8();
+}
 
 // The views are files of the QML module Orvane, under its resource prefix.
 WindowLayout AppDelegate::configurationWindowLayout() {
@@ -32,6 +37,8 @@ WindowLayout AppDelegate::debugWindowLayout() {
 
 AppDelegate::AppDelegate(AppServices services, QObject* parent) : QObject(parent), services_(std::move(services)) {
     currentDelegate = this;
+    secureInputPoll_.setInterval(secureInputPollMs);
+    connect(&secureInputPoll_, &QTimer::timeout, this, &AppDelegate::readSecureInput);
 }
 
 AppDelegate::~AppDelegate() {
@@ -45,16 +52,18 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (services_.accessibility.isProcessTrusted(false)) services_.tapManager.start();
     else requestAccessibilityPermission();
     services_.updateChecker.checkForUpdatesIfNeeded();
-    // The status icon and menu follow the tap state, starting with the state now.
+    // The status icon, the menu and the secure input watch follow the tap state, starting with the state now.
     connect(&services_.tapManager, &EventTapManager::isRunningChanged, this, [this] {
+        followSecureInput();
         updateStatusIcon();
         buildMenu();
     }, Qt::QueuedConnection);
+    followSecureInput();
     updateStatusIcon();
     buildMenu();
     connect(&services_.defaults, &UserDefaults::changed, this, &AppDelegate::updateMenuIconVisibility, Qt::QueuedConnection);
     connect(&services_.instanceChannel, &InstanceChannel::messageReceived, this, [this](const QByteArray& message) {
-        if (message == openConfigurationMessage) openConfiguration();
+        if (message == openConfigurationMessage()) openConfiguration();
     }, Qt::QueuedConnection);
 }
 
@@ -66,6 +75,11 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 void AppDelegate::applicationWillTerminate() {
     services_.tapManager.stop();
     services_.store.hidUtil().clearRemapping();
+}
+
+// While interception is off the HID layer holds no mapping of ours, and must not get one back.
+void AppDelegate::hidLayerWasReset() {
+    if (services_.tapManager.isRunning()) services_.store.updateCapsLockHIDRemap();
 }
 
 void AppDelegate::requestAccessibilityPermission() {
@@ -104,6 +118,7 @@ void AppDelegate::openWindow(std::unique_ptr<HostedWindow>& window, const Window
         connect(settings, &QShortcut::activated, this, &AppDelegate::openConfiguration);
     }
     window->bringToFront();
+    if (services_.activate) services_.activate();
 }
 
 bool AppDelegate::hasVisibleWindows() const {
@@ -137,7 +152,25 @@ void AppDelegate::buildMenu() {
     actions.openConfiguration = [this] { openConfiguration(); };
     actions.openDebug = [this] { openDebug(); };
     actions.quit = services_.terminate;
-    statusItem_->setMenu(buildStatusMenu(services_.tapManager.isRunning(), services_.store.enabledMappings().size(), actions));
+    statusItem_->setMenu(
+        buildStatusMenu(services_.tapManager.isRunning(), services_.store.enabledMappings().size(), secureInputOn_, actions));
+}
+
+void AppDelegate::followSecureInput() {
+    if (services_.isSecureInputOn && services_.tapManager.isRunning()) {
+        if (!secureInputPoll_.isActive()) secureInputPoll_.start();
+        readSecureInput();
+    } else {
+        secureInputPoll_.stop();
+        secureInputOn_ = false;
+    }
+}
+
+void AppDelegate::readSecureInput() {
+    const bool on = services_.isSecureInputOn();
+    if (on == secureInputOn_) return;
+    secureInputOn_ = on;
+    buildMenu();
 }
 
 void AppDelegate::updateMenuIconVisibility() {

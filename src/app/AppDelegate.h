@@ -5,6 +5,7 @@
 #include "app/WindowHost.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -32,6 +33,9 @@ struct AppServices {
     InstanceChannel& instanceChannel;
     WindowHost& windows;
     std::function<void()> terminate;  // the application's orderly quit
+    std::function<void()> activate;   // brings the application in front of the others
+    // Whether another application holds secure keyboard entry; empty where the platform has none.
+    std::function<bool()> isSecureInputOn;
 };
 
 // Main thread only.
@@ -40,7 +44,10 @@ class AppDelegate : public QObject {
 public:
     static inline const QString showMenuIconKey = QStringLiteral("Orvane.ShowMenuIcon");
     // What a later launch sends the running instance: open the configuration window.
-    static inline const QByteArray openConfigurationMessage = QByteArrayLiteral("com.user.Orvane.OpenConfig");
+    // "com.user.Orvane.OpenConfig"; a private instance's is "com.user.Orvane-<name>.OpenConfig".
+    static QByteArray openConfigurationMessage();
+    // How often the secure input state is read while interception runs.
+    static constexpr int secureInputPollMs = 1000;
     static inline const QString accessibilitySettingsUrl =
         QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 
@@ -61,6 +68,9 @@ public:
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
     // Quit: stops the tap and restores Caps Lock, whether or not the tap was running.
     void applicationWillTerminate();
+    // The HID layer may have lost the user key mapping: while interception runs, the store decides
+    // Caps Lock again (and so applies it again).
+    void hidLayerWasReset();
 
     // Shows the configuration window, creating it on first use.
     Q_INVOKABLE void openConfiguration();
@@ -86,12 +96,17 @@ private:
     void setupStatusItem();
     void updateStatusIcon();
     void buildMenu();
+    // Polls the secure input state while the tap runs (where the platform has one), else forgets it.
+    void followSecureInput();
+    void readSecureInput();
     void openWindow(std::unique_ptr<HostedWindow>& window, const WindowLayout& layout);
 
     AppServices services_;
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<HostedWindow> configWindow_;
     std::unique_ptr<HostedWindow> debugWindow_;
+    QTimer secureInputPoll_;
+    bool secureInputOn_ = false;
 };
 
 }  // namespace orvane

@@ -57,22 +57,24 @@ int runOrvaneApp(int argc, char** argv) {
 
     MessageBoxAlertPresenter alerts;
     DesktopUrlOpener urlOpener;
-    TrayStatusBar statusBar;
-    auto channel = createInstanceChannel();
+    TrayStatusBar statusBar(trayIconClickOpensMenu());
+    auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
     WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });
     AppDelegate delegate({UserDefaults::shared(), MappingStore::shared(), EventTapManager::shared(), UpdateChecker::shared(),
                           Accessibility::shared(), alerts, urlOpener, statusBar, *channel, windows,
-                          [] { QApplication::quit(); }});
+                          [] { QApplication::quit(); }, &activateApplication, secureInputQuery()});
 
     // Another instance runs: wake it, ask it to open its configuration window, and leave.
     const bool secondInstance = channel->isAnotherInstanceRunning();
     if (secondInstance) {
         channel->activateOtherInstance();
-        channel->postMessage(AppDelegate::openConfigurationMessage);
+        channel->postMessage(AppDelegate::openConfigurationMessage());
         QTimer::singleShot(0, &app, &QApplication::quit);
     } else {
         channel->listen();
         delegate.applicationDidFinishLaunching();
+        installReopenHandler([&delegate] { delegate.applicationShouldHandleReopen(delegate.hasVisibleWindows()); });
+        installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });
         // Without a system tray the item cannot show: open the window so the app is never invisible.
         if (!statusBar.isAvailable()) delegate.openConfiguration();
         // The start-up benchmark asks for the first frame's time and memory, then a quit.

@@ -32,7 +32,8 @@ QString interceptionStatusText(bool isRunning, std::size_t enabledMappings) {
 
 QString statusIconName(bool isRunning) { return isRunning ? QStringLiteral("keyboard.fill") : QStringLiteral("keyboard"); }
 
-std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledMappings, const StatusMenuActions& actions) {
+std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledMappings, bool secureInputOn,
+                                            const StatusMenuActions& actions) {
     std::vector<StatusMenuItem> menu;
     StatusMenuItem interception;
     interception.title = interceptionStatusText(isRunning, enabledMappings);
@@ -41,9 +42,16 @@ std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledM
                                       : QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
     interception.trigger = actions.toggleInterception;
     menu.push_back(interception);
+    if (isRunning && secureInputOn) {
+        StatusMenuItem secureInput;
+        secureInput.title = secureInputText;
+        secureInput.isEnabled = false;
+        menu.push_back(secureInput);
+    }
 
     menu.push_back(separator());
 
+    // Qt::CTRL is the Command key on macOS: the menu shows \u2318, \u2318D and \u2318Q there, Ctrl+… elsewhere.
     menu.push_back(actionItem(QStringLiteral("Settings..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), QStringLiteral("gearshape"),
                               QStringLiteral("Settings"), actions.openConfiguration));
     menu.push_back(actionItem(QStringLiteral("Key Event Debugger..."), QKeySequence(Qt::CTRL | Qt::Key_D), QStringLiteral("ant"),

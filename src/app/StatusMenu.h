@@ -23,6 +23,7 @@ struct StatusMenuItem {
     QKeySequence shortcut;
     QString iconName;          // one of our icons ("gearshape", "ant"); empty for none
     QString iconDescription;   // the icon's accessible description
+    bool isEnabled = true;     // a disabled item is a line of information
     std::function<void()> trigger;
 };
 
@@ -33,8 +34,13 @@ struct StatusMenuActions {
     std::function<void()> quit;
 };
 
-// Interception item, separator, "Settings...", "Key Event Debugger...", separator, "Quit".
-std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledMappings, const StatusMenuActions& actions);
+// While another application holds secure keyboard entry, taps see no keys: the line that says so.
+inline const QString secureInputText = QStringLiteral("Secure input is on \u2014 keys pass unchanged");
+
+// Interception item, separator, "Settings...", "Key Event Debugger...", separator, "Quit"; while
+// interception runs under secure input, the disabled secureInputText line follows the first item.
+std::vector<StatusMenuItem> buildStatusMenu(bool isRunning, std::size_t enabledMappings, bool secureInputOn,
+                                            const StatusMenuActions& actions);
 
 // The item's icon for a tap state: "keyboard.fill" while running, "keyboard" otherwise.
 QString statusIconName(bool isRunning);

@@ -28,12 +28,13 @@ QIcon dotIcon(const QColor& color) {
 
 }  // namespace
 
-TrayStatusItem::TrayStatusItem() {
+TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
     tray_.setContextMenu(&menu_);
     // Rebuild the items in place just before showing; the menu object itself never changes.
     QObject::connect(&menu_, &QMenu::aboutToShow, [this] {
         if (menuWillOpen_) menuWillOpen_();
     });
+    if (clickOpensMenu) return;
     // A left click opens the same menu, as a menu-bar item does.
     QObject::connect(&tray_, &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) menu_.popup(tray_.geometry().isValid() ? tray_.geometry().bottomLeft() : QCursor::pos());
@@ -62,6 +63,9 @@ void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
         if (!item.iconName.isEmpty()) action->setIcon(templateIcon(item.iconName, iconColor));
         if (!item.iconDescription.isEmpty()) action->setToolTip(item.iconDescription);
         action->setShortcut(item.shortcut);
+        action->setEnabled(item.isEnabled);
+        // Every item stays in this menu: no role moves "Quit" or "Settings..." to an application menu.
+        action->setMenuRole(QAction::NoRole);
         action->setIconVisibleInMenu(true);
         // Queued, with the menu as context: the handler may refill this very menu, deleting the action.
         if (item.trigger) QObject::connect(action, &QAction::triggered, &menu_, item.trigger, Qt::QueuedConnection);

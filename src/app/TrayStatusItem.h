@@ -10,7 +10,8 @@ namespace orvane {
 
 class TrayStatusItem final : public StatusItem {
 public:
-    TrayStatusItem();
+    // clickOpensMenu: the platform opens the menu on a click itself (trayIconClickOpensMenu()).
+    explicit TrayStatusItem(bool clickOpensMenu);
     ~TrayStatusItem() override;
 
     void setIcon(const QString& iconName, const QString& accessibleDescription) override;
@@ -25,8 +26,12 @@ private:
 
 class TrayStatusBar final : public StatusBar {
 public:
+    explicit TrayStatusBar(bool clickOpensMenu) : clickOpensMenu_(clickOpensMenu) {}
     bool isAvailable() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
-    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<TrayStatusItem>(); }
+    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<TrayStatusItem>(clickOpensMenu_); }
+
+private:
+    bool clickOpensMenu_;
 };
 
 // Our monochrome icon as a mask image (the platform tints it); light enough for dark panels elsewhere.

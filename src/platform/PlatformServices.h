@@ -1,18 +1,41 @@
-// Factories for the operating-system services whose implementation the build chooses.
+// Factories and hooks for the operating-system services whose implementation the build chooses.
 #pragma once
 
 #include "platform/InstanceChannel.h"
+
+#include <QByteArray>
+#include <QList>
 
 #include <functional>
 #include <memory>
 
 namespace orvane {
 
-// The channel between two launches of the application by the same user.
-std::unique_ptr<InstanceChannel> createInstanceChannel();
+// The channel between two launches of the application by the same user. `messages` are the ones the
+// application acts on; where a message travels as a named system notification, only these are heard.
+std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>& messages);
 
 // Calls onQuitRequest on the main thread when the system asks the process to end (a logout, a
 // kill); a no-op where the platform delivers such requests as an ordinary application quit.
 void installQuitRequestHandler(std::function<void()> onQuitRequest);
+
+// Calls onReopen on the main thread when the user launches the application again while it runs (from
+// the Finder or Spotlight); a no-op where a second launch is a new process (see InstanceChannel).
+void installReopenHandler(std::function<void()> onReopen);
+
+// Calls onReset on the main thread whenever the HID layer may have lost the user key mapping (after
+// the machine wakes, when a keyboard is plugged in); a no-op where the HID tool keeps it itself.
+void installHidResetHandler(std::function<void()> onReset);
+
+// Whether an application holds secure keyboard entry now (a password field has the focus), during
+// which event taps see no keys. Empty where the platform has no such state.
+std::function<bool()> secureInputQuery();
+
+// Brings this application in front of the others, whatever is active now.
+void activateApplication();
+
+// Whether a click on the system tray icon opens its menu by itself (a menu-bar item does); where it
+// does not, the application opens the menu on a click.
+bool trayIconClickOpensMenu();
 
 }  // namespace orvane

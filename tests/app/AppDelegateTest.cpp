@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QQuickView>
 #include <QTemporaryDir>
+#include <QTest>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -137,6 +138,9 @@ TEST_F(AppDelegateTest, theItemFollowsTheShowMenuIconSetting) {
 // The channel's own tests carry messages over the socket; the smoke test runs the whole handover.
 TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTheirFrames) {
     launch();
+    qputenv("ORVANE_INSTANCE", "x");  // a private instance has its own message
+    EXPECT_EQ(AppDelegate::openConfigurationMessage(), "com.user.Orvane-x.OpenConfig");
+    qunsetenv("ORVANE_INSTANCE");
     // A later launch's message opens the configuration window; other messages are ignored.
     emit app->channel.messageReceived("com.user.Orvane.Other");
     settle();
@@ -152,6 +156,7 @@ TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTh
     delegate().openConfiguration();
     EXPECT_EQ(delegate().configWindow(), config);
     EXPECT_TRUE(config->isVisible());
+    EXPECT_EQ(app->activations, 2);  // the application comes to the front with each opening
     delegate().openDebug();
     ASSERT_TRUE(delegate().debugWindow());
     EXPECT_EQ(delegate().debugWindow()->view().title(), "Key Event Debugger");
@@ -184,4 +189,32 @@ TEST_F(AppDelegateTest, quittingStopsTheTapAndRestoresCapsLockEvenWhenStopped) {
     EXPECT_EQ(clearsRun(), before + 2);  // once by stopping, once more on the way out
     delegate().applicationWillTerminate();
     EXPECT_EQ(clearsRun(), before + 3);
+}
+
+TEST_F(AppDelegateTest, secureInputIsADisabledLineUnderTheStateOnlyWhileInterceptionRuns) {
+    app->secureInput = true;
+    launch();
+    ASSERT_EQ(item().menu[1].title, "Secure input is on \u2014 keys pass unchanged");
+    EXPECT_FALSE(item().menu[1].isEnabled);
+    app->secureInput = false;  // seen at the next poll
+    EXPECT_TRUE(QTest::qWaitFor([&] { return item().menu[1].kind == StatusMenuItem::Kind::separator; }, 10000));
+    app->secureInput = true;
+    toggleFromTheMenu();  // stopped: keys pass anyway
+    EXPECT_EQ(item().menu[1].kind, StatusMenuItem::Kind::separator);
+}
+
+TEST_F(AppDelegateTest, aResetHIDLayerGetsCapsLockBackOnlyWhileInterceptionRuns) {
+    store.setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
+    launch();
+    const auto runs = [&] { return tool.calls().size(); };
+    const auto before = runs();
+    delegate().hidLayerWasReset();
+    settle();
+    ASSERT_EQ(runs(), before + 1);
+    EXPECT_NE(tool.calls().back().last(), HIDUtil::clearText());
+    toggleFromTheMenu();
+    const auto stopped = runs();
+    delegate().hidLayerWasReset();
+    settle();
+    EXPECT_EQ(runs(), stopped);
 }

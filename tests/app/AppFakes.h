@@ -1,9 +1,11 @@
-// Stand-ins for the shell's outside world: scripted alerts, recorded URLs, a status bar recording its item.
+// Stand-ins for the shell's outside world: scripted alerts, recorded URLs, a status bar recording its item,
+// a handover channel that never finds another instance (tests emit its messages).
 #pragma once
 
 #include "app/AlertPresenter.h"
 #include "app/StatusItem.h"
 #include "app/UrlOpener.h"
+#include "platform/InstanceChannel.h"
 
 #include <vector>
 
@@ -18,6 +20,13 @@ struct ScriptedAlertPresenter : AlertPresenter {
 struct RecordingUrlOpener : UrlOpener {
     std::vector<QUrl> opened;
     bool open(const QUrl& url) override { return opened.push_back(url), true; }
+};
+
+struct LoneInstanceChannel : InstanceChannel {
+    bool isAnotherInstanceRunning() override { return false; }
+    void activateOtherInstance() override {}
+    bool postMessage(const QByteArray&) override { return false; }
+    bool listen() override { return true; }
 };
 
 // Records the item in the bar: its icon, its menu and the menu's opening handler.

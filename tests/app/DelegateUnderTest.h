@@ -4,11 +4,8 @@
 #include "AppFakes.h"
 #include "app/AppDelegate.h"
 #include "app/UpdateChecker.h"
-#include "platform/linux/LocalSocketInstanceChannel.h"
 #include "platform/sim/SimAccessibility.h"
 #include "ui/UiEngine.h"
-
-#include <QUuid>
 
 namespace orvane::testing {
 
@@ -20,16 +17,18 @@ struct DelegateUnderTest {
         : updates(defaults, nullptr, [] { return now; }, QUrl("http://127.0.0.1:1/version.json"), "1.0", "1", alerts, urls),
           windows(defaults, [](QQmlEngine& engine) { ui::prepareEngine(engine); }),
           delegate(AppServices{defaults, store, manager, updates, accessibility, alerts, urls, statusBar, channel, windows,
-                               [this] { ++quitRequests; }}) {}
+                               [this] { ++quitRequests; }, [this] { ++activations; }, [this] { return secureInput; }}) {}
     ~DelegateUnderTest() { delegate.closeWindows(); }
 
     ScriptedAlertPresenter alerts;
     RecordingUrlOpener urls;
     UpdateChecker updates;
     FakeStatusBar statusBar;
-    LocalSocketInstanceChannel channel{QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::Id128)};
+    LoneInstanceChannel channel;
     WindowHost windows;
     int quitRequests = 0;
+    int activations = 0;
+    bool secureInput = false;  // the platform's secure input state
     AppDelegate delegate;
 };
 

@@ -1,0 +1,63 @@
+// The macOS choices: the running-application handover, the reopen Apple event, secure input, activation.
+#include "platform/PlatformServices.h"
+#include "platform/PrivateInstance.h"
+#include "platform/mac/RunningApplicationChannel.h"
+
+#import <AppKit/AppKit.h>
+#include <Carbon/Carbon.h>
+
+namespace {
+
+std::function<void()>& reopenHandler() {
+    static std::function<void()> handler;
+    return handler;
+}
+
+}  // namespace
+
+// The target of the reopen Apple event ('rapp': the application launched again while it runs).
+@interface OrvaneReopenEventTarget : NSObject
+- (void)handleReopen:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
+@end
+
+@implementation OrvaneReopenEventTarget
+- (void)handleReopen:(NSAppleEventDescriptor*)__unused event withReplyEvent:(NSAppleEventDescriptor*)__unused reply {
+    if (reopenHandler()) reopenHandler()();
+}
+@end
+
+namespace orvane {
+
+// A private instance's identifier is no bundle's: it never finds, nor is found by, another instance.
+std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>& messages) {
+    const QString bundleIdentifier = QString::fromNSString(NSBundle.mainBundle.bundleIdentifier);
+    return std::make_unique<RunningApplicationChannel>(forThisInstance(bundleIdentifier), messages);
+}
+
+// AppKit would hand the event to Qt's application delegate, which keeps it to itself: ours takes its place.
+void installReopenHandler(std::function<void()> onReopen) {
+    reopenHandler() = std::move(onReopen);
+    static OrvaneReopenEventTarget* target = [OrvaneReopenEventTarget new];
+    void (^install)() = ^{
+        [NSAppleEventManager.sharedAppleEventManager setEventHandler:target
+                                                         andSelector:@selector(handleReopen:withReplyEvent:)
+                                                       forEventClass:kCoreEventClass
+                                                          andEventID:kAEReopenApplication];
+    };
+    install();
+    // AppKit installs its own handler as launching finishes; ours goes in again after it.
+    [NSNotificationCenter.defaultCenter addObserverForName:NSApplicationDidFinishLaunchingNotification
+                                                    object:nil
+                                                     queue:nil
+                                                usingBlock:^(NSNotification*) { install(); }];
+}
+
+std::function<bool()> secureInputQuery() {
+    return [] { return IsSecureEventInputEnabled() != 0; };
+}
+
+void activateApplication() { [NSApp activateIgnoringOtherApps:YES]; }
+
+bool trayIconClickOpensMenu() { return true; }
+
+}  // namespace orvane
