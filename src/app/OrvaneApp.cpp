@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QFile>
+#include <QIcon>
 #include <QQuickView>
 #include <QTimer>
 
@@ -48,6 +49,9 @@ int runOrvaneApp(int argc, char** argv) {
     QApplication::setApplicationName(forThisInstance(QStringLiteral("Orvane")));
     // A menu-bar app keeps running with every window closed.
     QApplication::setQuitOnLastWindowClosed(false);
+    // Every window carries the icon; Wayland compositors take it from the desktop entry this names.
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/app/orvane.svg")));
+    QApplication::setDesktopFileName(QStringLiteral("com.user.Orvane"));
     // From the first moment on, a logout or kill quits in order (and so restores Caps Lock).
     installQuitRequestHandler([] { QApplication::quit(); });
 

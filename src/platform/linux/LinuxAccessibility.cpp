@@ -18,9 +18,9 @@ std::string LinuxAccessibility::instructionsPath() {
 std::optional<Accessibility::Instructions> LinuxAccessibility::instructions() const {
     return Instructions{
         "Orvane needs to read your keyboards and to write to /dev/uinput to intercept and remap keyboard events.\n\n"
-        "Add yourself to the input group (sudo usermod -aG input $USER), install the udev rule that comes with Orvane "
-        "(packaging/linux/70-orvane-uinput.rules in /etc/udev/rules.d), load the uinput module (sudo modprobe uinput), "
-        "then log out, log in again and restart the app.",
+        "Add yourself to the input group (sudo usermod -aG input $USER), then log out, log in again and restart the app. "
+        "The Orvane package lets that group use /dev/uinput and loads the uinput module; without the package, install "
+        "packaging/linux/70-orvane-uinput.rules in /etc/udev/rules.d and load the module (sudo modprobe uinput).",
         "Open Instructions", "file://" + instructionsPath()};
 }
 
