@@ -30,6 +30,7 @@ QIcon dotIcon(const QColor& color) {
 
 TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
     tray_.setContextMenu(&menu_);
+    menu_.installEventFilter(&shortcuts_);
     // Rebuild the items in place just before showing; the menu object itself never changes.
     QObject::connect(&menu_, &QMenu::aboutToShow, [this] {
         if (menuWillOpen_) menuWillOpen_();
@@ -51,6 +52,7 @@ void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleD
 
 void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
     menu_.clear();
+    shortcuts_.setItems(items);
     const QColor iconColor = menu_.palette().color(QPalette::WindowText);
     for (const StatusMenuItem& item : items) {
         if (item.kind == StatusMenuItem::Kind::separator) {

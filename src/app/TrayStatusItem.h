@@ -1,6 +1,7 @@
 // The status item on the desktop's system tray (QSystemTrayIcon with a QMenu).
 #pragma once
 
+#include "app/MenuShortcuts.h"
 #include "app/StatusItem.h"
 
 #include <QMenu>
@@ -17,10 +18,12 @@ public:
     void setIcon(const QString& iconName, const QString& accessibleDescription) override;
     void setMenu(const std::vector<StatusMenuItem>& items) override;
     void setMenuWillOpen(std::function<void()> handler) override;
+    QMenu& menu() { return menu_; }
 
 private:
     QSystemTrayIcon tray_;
     QMenu menu_;
+    MenuShortcuts shortcuts_;
     std::function<void()> menuWillOpen_;
 };
 

@@ -181,6 +181,18 @@ TEST_F(AppDelegateTest, reopenOpensTheConfigurationUnlessWindowsShowAndTheIconIs
     }
 }
 
+TEST_F(AppDelegateTest, theMenusShortcutsActInOurWindowsWithOrWithoutTheItem) {
+    defaults->setBool(AppDelegate::showMenuIconKey, false);
+    launch();
+    delegate().openDebug();
+    QTest::keyClick(&delegate().debugWindow()->view(), Qt::Key_Comma, Qt::ControlModifier);
+    settle();
+    ASSERT_NE(delegate().configWindow(), nullptr);
+    QTest::keyClick(&delegate().configWindow()->view(), Qt::Key_Q, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(app->quitRequests, 1);
+}
+
 TEST_F(AppDelegateTest, quittingStopsTheTapAndRestoresCapsLockEvenWhenStopped) {
     launch();
     const long before = clearsRun();
