@@ -15,14 +15,16 @@ QIcon templateIcon(const QString& iconName, const QColor& color) {
 
 namespace {
 
-QIcon dotIcon(const QColor& color) {
+// The state's dot: "●" a filled disc, "○" a ring, so the states differ by more than colour.
+QIcon dotIcon(const QString& dot, const QColor& color) {
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawEllipse(QRectF(4, 4, 8, 8));
+    const bool filled = dot == QStringLiteral("\u25CF");
+    painter.setPen(filled ? QPen(Qt::NoPen) : QPen(color, 1.5));
+    painter.setBrush(filled ? QBrush(color) : QBrush(Qt::NoBrush));
+    painter.drawEllipse(QRectF(3.5, 3.5, 9, 9));
     return QIcon(pixmap);
 }
 
@@ -61,7 +63,7 @@ void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
         }
         QAction* action = menu_.addAction(item.title);
         // A menu item cannot mix colours in its title: the coloured dot becomes the item's icon.
-        if (!item.dot.isEmpty()) action->setIcon(dotIcon(item.dotColor));
+        if (!item.dot.isEmpty()) action->setIcon(dotIcon(item.dot, item.dotColor));
         if (!item.iconName.isEmpty()) action->setIcon(templateIcon(item.iconName, iconColor));
         if (!item.iconDescription.isEmpty()) action->setToolTip(item.iconDescription);
         action->setShortcut(item.shortcut);

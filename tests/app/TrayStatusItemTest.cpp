@@ -1,4 +1,4 @@
-// The tray item's menu and icon as drawn and used: its shortcuts while open.
+// The tray item's menu and icon as drawn and used: its shortcuts while open, its state dot.
 #include "app/TrayStatusItem.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +7,12 @@
 #include <QTest>
 
 using namespace orvane;
+
+namespace {
+bool inked(QColor pixel, QColor background) {
+    return std::abs(pixel.lightness() - background.lightness()) + std::abs(pixel.hue() - background.hue()) > 40;
+}
+}  // namespace
 
 TEST(TrayStatusItem, eachShortcutTypedInTheOpenMenuActsAndClosesIt) {
     TrayStatusItem tray(true);
@@ -20,4 +26,25 @@ TEST(TrayStatusItem, eachShortcutTypedInTheOpenMenuActsAndClosesIt) {
         EXPECT_FALSE(tray.menu().isVisible()) << key;
     }
     EXPECT_TRUE(counts[0] == 1 && counts[1] == 1 && counts[2] == 1) << counts[0] << counts[1] << counts[2];
+}
+
+// The first row's dot as drawn: running a disc inked at its centre, stopped a ring clear at its centre.
+TEST(TrayStatusItem, theStoppedDotIsDrawnAsARingAndTheRunningOneAsADisc) {
+    for (const bool running : {true, false}) {
+        TrayStatusItem tray(true);
+        tray.setMenu(buildStatusMenu(running, 0, false, {}));
+        tray.menu().popup(QPoint(40, 40));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&tray.menu()));
+        const QImage shot = tray.menu().grab().toImage();
+        const QRect row = tray.menu().actionGeometry(tray.menu().actions().first()).adjusted(2, 2, -2, -2);  // inside the frame
+        const QColor background = shot.pixelColor(row.right(), row.center().y());
+        QRect ink;
+        for (int x = row.left(); x < row.left() + row.height(); ++x)  // the icon column, left of the title
+            for (int y = row.top(); y <= row.bottom(); ++y)
+                if (inked(shot.pixelColor(x, y), background)) ink |= QRect(x, y, 1, 1);
+        ASSERT_GE(ink.width(), 6) << running;
+        EXPECT_EQ(inked(shot.pixelColor(ink.center()), background), running);
+        EXPECT_TRUE(inked(shot.pixelColor(ink.left(), ink.center().y()), background)) << running;
+        tray.menu().hide();
+    }
 }
