@@ -1,5 +1,6 @@
 #include "app/TrayStatusItem.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include "ui/common/IconRendering.h"
@@ -11,6 +12,19 @@ QIcon templateIcon(const QString& iconName, const QColor& color) {
     for (int size : {16, 22, 32, 44, 64}) icon.addPixmap(QPixmap::fromImage(renderIcon(iconName, QSize(size, size), color)));
     icon.setIsMask(true);
     return icon;
+}
+
+QIcon panelIcon(const QString& iconName, const QPalette& palette) {
+    const QList<int> sizes = {16, 22, 32, 44, 64};
+    if (QIcon::hasThemeIcon(themedStatusIconName)) {
+        const QIcon themed = QIcon::fromTheme(themedStatusIconName);
+        if (iconName == statusIconName(true)) return themed;
+        QIcon dimmed;
+        for (int size : sizes) dimmed.addPixmap(themed.pixmap(QSize(size, size), QIcon::Disabled));
+        return dimmed;
+    }
+    const bool darkPanel = palette.color(QPalette::Window).lightness() < 128;
+    return templateIcon(iconName, darkPanel ? QColor(0xE8, 0xE8, 0xE8) : QColor(0x30, 0x30, 0x30));
 }
 
 namespace {
@@ -47,7 +61,7 @@ TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
 TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
 
 void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleDescription) {
-    tray_.setIcon(templateIcon(iconName, QColor(0xE8, 0xE8, 0xE8)));
+    tray_.setIcon(panelIcon(iconName, QGuiApplication::palette()));
     tray_.setToolTip(accessibleDescription);
     if (!tray_.isVisible()) tray_.show();  // shown once it has an icon to show
 }

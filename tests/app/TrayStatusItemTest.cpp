@@ -1,9 +1,12 @@
-// The tray item's menu and icon as drawn and used: its shortcuts while open, its state dot.
+// The tray item's menu and icon as drawn and used: its shortcuts while open, its state dot, its ink.
 #include "app/TrayStatusItem.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace orvane;
@@ -46,5 +49,26 @@ TEST(TrayStatusItem, theStoppedDotIsDrawnAsARingAndTheRunningOneAsADisc) {
         EXPECT_EQ(inked(shot.pixelColor(ink.center()), background), running);
         EXPECT_TRUE(inked(shot.pixelColor(ink.left(), ink.center().y()), background)) << running;
         tray.menu().hide();
+    }
+}
+
+TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstThePalette) {
+    QTemporaryDir themes;
+    QDir(themes.path()).mkpath("plain/scalable");
+    QFile index(themes.filePath("plain/index.theme"));
+    ASSERT_TRUE(index.open(QIODevice::WriteOnly));
+    index.write("[Icon Theme]\nName=plain\nDirectories=scalable\n[scalable]\nSize=16\nType=Scalable\nMaxSize=256\n");
+    index.close();
+    ASSERT_TRUE(QFile::copy(":/icons/keyboard.svg", themes.filePath("plain/scalable/input-keyboard-symbolic.svg")));
+    QIcon::setThemeSearchPaths({themes.path()});
+    QIcon::setThemeName("plain");
+    EXPECT_EQ(panelIcon("keyboard.fill", QPalette()).name(), themedStatusIconName);
+
+    QIcon::setThemeName("absent");
+    for (const QColor window : {QColor(Qt::black), QColor(Qt::white), QColor(0x30, 0x30, 0x40), QColor(0xE0, 0xE0, 0xD0)}) {
+        const QImage icon = panelIcon("keyboard", QPalette(window, window)).pixmap(32).toImage();
+        QColor ink(Qt::transparent);
+        for (int i = 0; i < 32 * 32 && ink.alpha() < 200; ++i) ink = icon.pixelColor(i % 32, i / 32);
+        EXPECT_GT(std::abs(ink.lightness() - window.lightness()), 128) << window.name().toStdString();
     }
 }
