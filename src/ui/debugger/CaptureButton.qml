@@ -27,4 +27,5 @@ Button {
         border.width: control.visualFocus ? 2 : 0
         border.color: Qt.darker(palette.highlight, 1.6)
     }
+    FocusRing {}
 }

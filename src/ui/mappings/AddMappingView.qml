@@ -84,6 +84,7 @@ Popup {
                 Layout.alignment: Qt.AlignBottom
                 text: qsTr("Cancel")
                 onClicked: sheet.controller.cancel()
+                FocusRing {}
             }
             ProminentButton {
                 objectName: "primaryButton"

@@ -26,4 +26,5 @@ ToolButton {
     ToolTip.visible: hovered && tooltip !== ""
     ToolTip.delay: 500
     ToolTip.text: tooltip
+    FocusRing {}
 }

@@ -10,4 +10,5 @@ Button {
 
     SystemPalette { id: activeColors; colorGroup: SystemPalette.Active }
     SystemPalette { id: disabledColors; colorGroup: SystemPalette.Disabled }
+    FocusRing {}
 }

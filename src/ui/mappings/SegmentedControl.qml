@@ -30,6 +30,7 @@ Row {
                 checked = Qt.binding(() => index === root.currentIndex)
                 root.activated(index)
             }
+            FocusRing {}
         }
     }
 }

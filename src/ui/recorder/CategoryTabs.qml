@@ -53,6 +53,7 @@ Rectangle {
                     color: segment.current ? palette.text : palette.buttonText
                     opacity: segment.pressed ? 0.6 : 1
                 }
+                FocusRing {}
             }
         }
     }

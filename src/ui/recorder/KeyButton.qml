@@ -51,4 +51,5 @@ AbstractButton {
             }
         }
     }
+    FocusRing {}
 }

@@ -46,6 +46,7 @@ Item {
             flat: true
             text: qsTr("Clear")
             onClicked: root.field.clear()
+            FocusRing {}
         }
         Button {
             id: pickButton
@@ -84,11 +85,13 @@ Item {
                     }
                 }
             }
+            FocusRing {}
         }
         Button {
             objectName: "recordButton"
             text: root.recording ? qsTr("Cancel") : qsTr("Record")
             onClicked: root.field.toggleRecording()
+            FocusRing {}
         }
     }
 }
