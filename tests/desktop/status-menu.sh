@@ -82,7 +82,8 @@ convert "$work/screen.png" -crop "$((1024 - left))x$((700 - Y + 10))+${left}+$((
 echo "status-menu: menu of ${WIDTH}x${HEIGHT} at ${X},${Y}; saved $output"
 # The menu's shortcuts work while it is open: Ctrl+D opens the debugger window.
 xdotool key ctrl+d
-for _ in $(seq 50); do xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1 && break; sleep 0.2; done
-xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1 || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
+debugger() { xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1; }
+for _ in $(seq 50); do debugger && break; sleep 0.2; done
+debugger || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
 # An orderly quit; in the sanitizer build a leak report also makes the exit status non-zero.
 kill -TERM "$app"; wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }

@@ -50,16 +50,16 @@ using AddMappingViewTest = MappingListViewTest;
 QStringList controlsWithoutVisibleFocus(UiHarness& ui) {
     QStringList unseen;
     auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
-    if (!window) return {"no focused window"};
+    if (!window) return {"(no focused window)"};
     QQuickItem elsewhere(window->contentItem());  // holds the focus for the picture without it
     std::function<void(QQuickItem*)> visit = [&](QQuickItem* item) {
         if (!item->isVisible()) return;
         if (item->activeFocusOnTab() && item->isEnabled()) {
             const QRect area = item->mapRectToScene(item->boundingRect()).toAlignedRect().adjusted(-4, -4, 4, 4);
-            elsewhere.forceActiveFocus(), ui.settle();
-            const QImage before = window->grabWindow().copy(area);
-            item->forceActiveFocus(Qt::OtherFocusReason), ui.settle();
-            const QImage after = window->grabWindow().copy(area);
+            const auto pictureWithFocusOn = [&](QQuickItem* focused) {
+                return focused->forceActiveFocus(Qt::OtherFocusReason), ui.settle(), window->grabWindow().copy(area);
+            };
+            const QImage before = pictureWithFocusOn(&elsewhere), after = pictureWithFocusOn(item);
             int changed = 0;
             for (int y = 0; y < area.height(); ++y)
                 for (int x = 0; x < area.width(); ++x) changed += before.pixel(x, y) != after.pixel(x, y);
