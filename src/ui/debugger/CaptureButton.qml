@@ -1,6 +1,7 @@
 // The prominent header button: filled with the accent colour, as the window's main action.
 import QtQuick
 import QtQuick.Controls
+import Orvane 1.0
 
 Button {
     id: control
