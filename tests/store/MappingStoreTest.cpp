@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -107,9 +108,12 @@ TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTim
     tool.setHangs();
     EXPECT_FALSE(HIDUtil(tool.path(), 1).clearRemapping());
     EXPECT_EQ(lines, std::vector<std::string>{"HIDUtil: Failed to clear remapping: error: timed out after 1 seconds"});
-    // What the tool started went with it (gone, or a zombie waiting for its new parent).
-    QFile child(QStringLiteral("/proc/%1/stat").arg(tool.childOfHungTool()));
-    EXPECT_TRUE(!child.open(QIODevice::ReadOnly) || child.readAll().contains(") Z ")) << tool.childOfHungTool();
+    // What the tool started goes with it (soon gone, or a zombie waiting for its new parent).
+    const auto childEnded = [&] {
+        QFile child(QStringLiteral("/proc/%1/stat").arg(tool.childOfHungTool()));
+        return !child.open(QIODevice::ReadOnly) || child.readAll().contains(") Z ");
+    };
+    EXPECT_TRUE(QTest::qWaitFor(childEnded, 10000)) << tool.childOfHungTool();
 }
 
 TEST_F(HIDUtilTest, aToolEndedByASignalFailsAndARunawayAnswerIsCut) {
