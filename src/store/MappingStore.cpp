@@ -40,8 +40,9 @@ void MappingStore::loadMappings() {
     }
     auto result = decodeMappings(std::string_view(stored->constData(), static_cast<std::size_t>(stored->size())));
     if (result.error) {
-        // The undecodable bytes stay stored until the next save overwrites them.
+        // The undecodable bytes stay stored; the first save keeps them aside before replacing them.
         print("Failed to decode mappings: " + result.error->description());
+        undecodable_ = *stored;
         table_.assign({});
         return;
     }
@@ -49,6 +50,15 @@ void MappingStore::loadMappings() {
 }
 
 void MappingStore::saveMappings() {
+    if (undecodable_) {
+        // Never lost silently: without a copy aside, the stored list is left as it is.
+        if (const auto failure = defaults_.setData(undecodableBackupKey, *undecodable_)) {
+            print("Failed to save mappings: " + failure->toStdString());
+            return;
+        }
+        print("MappingStore: Kept the undecodable mappings under " + undecodableBackupKey.toStdString());
+        undecodable_.reset();
+    }
     const std::string json = encodeMappings(table_.list());
     if (const auto failure = defaults_.setData(userDefaultsKey, QByteArray(json.data(), static_cast<qsizetype>(json.size()))))
         print("Failed to save mappings: " + failure->toStdString());

@@ -9,6 +9,8 @@
 #include <QObject>
 
 #include <memory>
+#include <QByteArray>
+
 #include <optional>
 #include <set>
 #include <vector>
@@ -26,6 +28,8 @@ public:
     static inline const QString userDefaultsKey = QStringLiteral("Orvane.Mappings");
     static inline const QString hidRemapKey = QStringLiteral("Orvane.CapsLockHIDRemapped");
     static inline const QString hidRemapTypeKey = QStringLiteral("Orvane.CapsLockHIDRemapType");
+    // Where a stored list that could not be decoded is kept before the first save replaces it.
+    static inline const QString undecodableBackupKey = QStringLiteral("Orvane.Mappings.Undecodable");
 
     // Loads the list and the stored Caps Lock flags, then queues the first Caps Lock decision.
     MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* parent = nullptr);
@@ -83,6 +87,8 @@ private:
     UserDefaults& defaults_;
     const HIDUtil hidUtil_;
     IndexedMappings table_;
+    // The stored bytes that failed to decode at load, until they are kept aside.
+    std::optional<QByteArray> undecodable_;
     bool isInitialized_ = false;
     // Worker-side view of the HID layer: a decision's own result is newer than any snapshot taken
     // before that result reached the main thread. Touched only on the worker.

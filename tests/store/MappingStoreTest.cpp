@@ -189,7 +189,7 @@ TEST_F(MappingStoreTest, unknownIdsChangeNothingExceptDelete) {
 }
 
 // The decoder's errors are the decoder's tests; here the store's handling of any of them.
-TEST_F(MappingStoreTest, undecodableDataGivesAnEmptyListAndStaysStoredUntilTheNextSave) {
+TEST_F(MappingStoreTest, undecodableDataGivesAnEmptyListAndIsKeptAsideByTheNextSave) {
     const QByteArray garbage("\x00\xff\x13garbage", 10);
     defaults->setData(MappingStore::userDefaultsKey, garbage);
     const auto store = openStore();
@@ -199,6 +199,8 @@ TEST_F(MappingStoreTest, undecodableDataGivesAnEmptyListAndStaysStoredUntilTheNe
     EXPECT_EQ(storedBytes(), garbage);
     store->addMapping(mapping(KeyCode::c, TargetAction::key(KeyCode::d)));
     EXPECT_EQ(storedBytes().toStdString(), encodeMappings(store->mappings()));
+    EXPECT_EQ(defaults->data(MappingStore::undecodableBackupKey), garbage);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "MappingStore: Kept the undecodable mappings under Orvane.Mappings.Undecodable"), 1);
 }
 
 TEST_F(MappingStoreTest, manyQuickChangesRunTheToolInChangeOrder) {
