@@ -73,7 +73,7 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    services_.tapManager.stop();
+    services_.tapManager.stopForGood();
     services_.store.hidUtil().clearRemapping();
 }
 

@@ -21,6 +21,7 @@ void EventTapManager::installShared(std::unique_ptr<EventTapManager> manager) { 
 
 bool EventTapManager::start() {
     if (isRunning_) return true;
+    if (stoppedForGood_) return false;
     switch (tap_.install(events_, TapOptions::activeFilter, &tapCallback, this, /*keepTapWithoutSource=*/false)) {
     case InstalledTap::Result::tapFailed:
         setLastError(QStringLiteral("Failed to create event tap. Please grant Accessibility permission."));
@@ -35,6 +36,11 @@ bool EventTapManager::start() {
     store_.updateCapsLockHIDRemap();
     diagnostics::printLine("Event tap started successfully");
     return true;
+}
+
+void EventTapManager::stopForGood() {
+    stoppedForGood_ = true;
+    stop();
 }
 
 void EventTapManager::stop() {

@@ -39,6 +39,9 @@ public:
     Q_INVOKABLE bool start();
     // Also takes the Caps Lock remapping out of the HID layer, waiting for the tool.
     Q_INVOKABLE void stop();
+    // Stops for the rest of the process (quitting): every later start() is refused, so nothing that
+    // ends afterwards, such as a recording, can start interception after the final clear.
+    void stopForGood();
 
     // The tap while running (the system may disable it; the simulator does so on request).
     const EventSystem::TapHandle& eventTap() const { return tap_.tap(); }
@@ -58,6 +61,7 @@ private:
     MappingStore& store_;
     RemapEngine engine_;
     bool isRunning_ = false;
+    bool stoppedForGood_ = false;
     std::optional<QString> lastError_;
     InstalledTap tap_;
 };

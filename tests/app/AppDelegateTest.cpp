@@ -3,6 +3,7 @@
 #include "FakeHidutil.h"
 #include "Mappings.h"
 #include "interception/EventTapManager.h"
+#include "interception/KeyRecordingSession.h"
 #include "platform/sim/SimEventSystem.h"
 #include "store/MappingStore.h"
 
@@ -193,6 +194,15 @@ TEST_F(AppDelegateTest, quittingStopsTheTapAndRestoresCapsLockEvenWhenStopped) {
     EXPECT_EQ(clearsRun(), before + 2);  // once by stopping, once more on the way out
     delegate().applicationWillTerminate();
     EXPECT_EQ(clearsRun(), before + 3);
+}
+
+TEST_F(AppDelegateTest, aRecordingThatEndsAfterQuitDoesNotStartInterceptionAgain) {
+    launch();
+    KeyRecordingSession recording(events, manager);
+    recording.startRecording();  // pauses the running tap
+    delegate().applicationWillTerminate();
+    recording.stopRecording();  // its field goes with the windows, after the final clear
+    EXPECT_FALSE(manager.isRunning());
 }
 
 TEST_F(AppDelegateTest, secureInputIsADisabledLineUnderTheStateOnlyWhileInterceptionRuns) {
