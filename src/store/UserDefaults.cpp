@@ -1,20 +1,31 @@
 #include "store/UserDefaults.h"
 
+#include "platform/Diagnostics.h"
 #include "platform/PrivateInstance.h"
 #include "platform/SharedInstance.h"
 
 #include <QMetaType>
 
 namespace orvane {
+namespace {
+
+// Settings that exist but cannot be read leave the session with defaults only: say so once, as
+// every save of the session will then fail too.
+std::unique_ptr<QSettings> reportingUnreadable(std::unique_ptr<QSettings> settings) {
+    if (settings->status() == QSettings::AccessError)
+        diagnostics::printLine("UserDefaults: Cannot read " + settings->fileName().toStdString() + ", starting without the stored settings");
+    return settings;
+}
+
+}  // namespace
 
 std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
-    return std::make_unique<UserDefaults>(
-        std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"),
-                                    forThisInstance(QStringLiteral("Orvane"))));
+    return std::make_unique<UserDefaults>(reportingUnreadable(std::make_unique<QSettings>(
+        QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"), forThisInstance(QStringLiteral("Orvane")))));
 }
 
 std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {
-    return std::make_unique<UserDefaults>(std::make_unique<QSettings>(path, QSettings::IniFormat));
+    return std::make_unique<UserDefaults>(reportingUnreadable(std::make_unique<QSettings>(path, QSettings::IniFormat)));
 }
 
 UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent) : QObject(parent), settings_(std::move(settings)) {}

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -269,4 +270,8 @@ TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();
     EXPECT_EQ(store.mappings(), std::vector{m});
+
+    ASSERT_TRUE(QDir(dir.path()).mkdir("a-folder.ini"));  // settings that cannot be read are announced
+    UserDefaults::openFile(dir.filePath("a-folder.ini"));
+    EXPECT_EQ(lines.back(), "UserDefaults: Cannot read " + dir.filePath("a-folder.ini").toStdString() + ", starting without the stored settings");
 }
