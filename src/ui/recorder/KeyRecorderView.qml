@@ -51,7 +51,7 @@ Item {
             id: pickButton
             objectName: "pickButton"
             text: qsTr("Pick...")
-            onClicked: pickerPopup.openBelowAnchor()
+            onClicked: pickerPopup.openAtAnchor()
 
             // A popover of its own: the picker is wider than the sheet that holds the field.
             PopoverWindow {

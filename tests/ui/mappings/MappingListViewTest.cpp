@@ -6,7 +6,16 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QQmlEngine>
+#include <QScreen>
+#include <QStyleHints>
 #include <QTest>
+#include <QTimer>
+
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <thread>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -22,6 +31,29 @@ QStringList visibleTexts(QQuickItem* item) {
     for (QQuickItem* child : item->childItems()) texts += visibleTexts(child);
     return texts;
 }
+
+// Ends the process when the main thread has not come back in time: a frame whose layout feeds on
+// itself never ends, and only another thread can tell.
+class Watchdog {
+public:
+    Watchdog() : thread_([this] {
+        std::unique_lock lock(mutex_);
+        if (!finished_.wait_for(lock, std::chrono::seconds(20), [this] { return done_; })) {
+            std::fputs("Watchdog: the event loop did not come back in 20 s\n", stderr);
+            std::_Exit(1);
+        }
+    }) {}
+    ~Watchdog() {
+        { std::lock_guard lock(mutex_); done_ = true; }
+        finished_.notify_one();
+        thread_.join();
+    }
+private:
+    std::mutex mutex_;
+    std::condition_variable finished_;
+    bool done_ = false;
+    std::thread thread_;
+};
 
 class MappingListViewTest : public ::testing::Test {
 protected:
@@ -177,6 +209,33 @@ TEST_F(MappingListViewTest, theGearAndThePanelOpenAndCloseTheSettingsPopover) {
     QMetaObject::invokeMethod(ui.find("settingsPanel"), "dismissRequested");
     ui.settle();
     EXPECT_FALSE(ui.shown("settingsPanel"));
+}
+
+TEST_F(MappingListViewTest, inTheSmallestWindowTheSettingsOpenWholeOverTheGearsTooltipAndTheWindowKeepsDrawing) {
+    QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
+    ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(450, 300)));
+    ui.click(ui.find("settingsButton"), UiHarness::Mouse::hover);
+    QObject* tooltip = nullptr;  // the tooltip that every control shares, made when first shown
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        for (QObject* object : ui.view()->engine()->findChildren<QObject*>())
+            if (object->inherits("QQuickToolTip")) tooltip = object;
+        return tooltip && tooltip->property("visible").toBool();
+    }));
+    ASSERT_TRUE(tooltip);
+    {
+        Watchdog watchdog;
+        ui.click(ui.find("settingsButton"));
+        bool answered = false;
+        QTimer::singleShot(0, [&] { answered = true; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return answered; }));
+    }
+    ASSERT_TRUE(ui.shown("settingsPanel"));
+    QQuickItem* panel = ui.find("settingsPanel");
+    const QRect popover = panel->window()->geometry();
+    EXPECT_TRUE(ui.view()->screen()->availableGeometry().contains(popover));
+    EXPECT_GE(popover.height(), panel->implicitHeight());
+    EXPECT_FALSE(tooltip->property("visible").toBool());
+    ui.screenshot(QStringLiteral("config-settings-smallest"));
 }
 
 TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQmlEngine>
 #include <QTest>
 
@@ -104,7 +105,27 @@ QImage UiHarness::screenshot(const QString& name, QQuickItem* inWindowOf) {
     QQuickWindow* window = inWindowOf ? inWindowOf->window() : view_.get();
     if (!window) return {};
     settle();
-    const QImage image = window->grabWindow();
+    QImage image = window->grabWindow();
+    if (!inWindowOf) {
+        // The main window as the user sees it: with its open popovers drawn over it where they are.
+        QRect area = window->geometry();
+        std::vector<std::pair<QRect, QImage>> popovers;
+        for (QWindow* other : QGuiApplication::topLevelWindows())
+            if (auto* popover = qobject_cast<QQuickWindow*>(other); popover && popover != window && popover->isVisible()) {
+                popovers.emplace_back(popover->geometry(), popover->grabWindow());
+                area |= popover->geometry();
+            }
+        if (!popovers.empty()) {
+            QImage canvas(area.size() * image.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+            canvas.setDevicePixelRatio(image.devicePixelRatio());
+            canvas.fill(Qt::transparent);
+            QPainter painter(&canvas);
+            painter.drawImage(window->geometry().topLeft() - area.topLeft(), image);
+            for (const auto& [place, picture] : popovers) painter.drawImage(place.topLeft() - area.topLeft(), picture);
+            painter.end();
+            image = canvas;
+        }
+    }
     QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
     image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
     return image;
