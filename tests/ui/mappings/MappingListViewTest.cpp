@@ -32,6 +32,24 @@ QStringList visibleTexts(QQuickItem* item) {
     return texts;
 }
 
+// Fixed texts that do not fit at or under item: cut short, wider than their item, or reaching past
+// the edges of within (the window or sheet that holds them).
+QStringList textsThatDoNotFit(QQuickItem* item, QQuickItem* within) {
+    QStringList cut;
+    if (!item || !item->isVisible()) return cut;
+    const QString text = item->property("text").toString();
+    if (item->inherits("QQuickText") && !text.isEmpty()) {
+        const QRectF place = item->mapRectToItem(within, QRectF(0, 0, item->width(), item->height()));
+        const bool wraps = item->property("wrapMode").toInt() != 0;
+        if (item->property("truncated").toBool() || (!wraps && item->implicitWidth() > item->width() + 0.5) ||
+            !QRectF(within->boundingRect()).adjusted(-0.5, -0.5, 0.5, 0.5).contains(place))
+            cut.append(text);
+    }
+    for (QQuickItem* child : item->childItems()) cut += textsThatDoNotFit(child, within);
+    return cut;
+}
+std::string misfits(QQuickItem* item, QQuickItem* within) { return textsThatDoNotFit(item, within).join(" | ").toStdString(); }
+
 // Ends the process when the main thread has not come back in time: a frame whose layout feeds on
 // itself never ends, and only another thread can tell.
 class Watchdog {
@@ -236,6 +254,28 @@ TEST_F(MappingListViewTest, inTheSmallestWindowTheSettingsOpenWholeOverTheGearsT
     EXPECT_GE(popover.height(), panel->implicitHeight());
     EXPECT_FALSE(tooltip->property("visible").toBool());
     ui.screenshot(QStringLiteral("config-settings-smallest"));
+}
+
+// The design's sizes: the window at its smallest, the sheet, the settings popover and the picker.
+TEST_F(MappingListViewTest, everyFixedTextFitsAtTheDesignsSizes) {
+    ui.view()->resize(450, 300);
+    ui.settle();
+    EXPECT_EQ(misfits(ui.view()->contentItem(), ui.view()->contentItem()), "");
+    use({mapping(KeyCode::capsLock, TargetAction::combination(KeyCode::k, {.command = true, .option = true, .control = true, .shift = true}))});
+    EXPECT_EQ(misfits(ui.view()->contentItem(), ui.view()->contentItem()), "");
+    ui.click(ui.find("settingsButton"));
+    QQuickItem* popover = ui.find("settingsPanel")->window()->contentItem();
+    EXPECT_EQ(misfits(popover, popover), "");
+    ui.click(ui.find("settingsButton"));
+    ui.click(ui.find("addMappingButton"));
+    EXPECT_EQ(misfits(ui.find("mappingSheet"), ui.find("mappingSheet")), "");
+    ui.click(ui.find("segmentBlock"));
+    EXPECT_EQ(misfits(ui.find("mappingSheet"), ui.find("mappingSheet")), "");
+    ui.click(ui.find("segmentRemap"));
+    ui.click(childNamed(ui.find("targetRecorder"), QStringLiteral("pickButton")));
+    QQuickItem* picker = ui.find("categoryTabs")->window()->contentItem();
+    for (const char* part : {"searchField", "categoryTabs", "modifierRow"})
+        EXPECT_EQ(misfits(ui.find(part), picker), "") << part;
 }
 
 TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {
