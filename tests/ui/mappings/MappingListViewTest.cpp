@@ -320,6 +320,22 @@ TEST_F(AddMappingViewTest, aNewSheetOffersRemapShowsTheSourceAndReturnAddsABlock
     EXPECT_EQ(added, (KeyMapping{added.id, SourceKey::regular(KeyCode::f5), TargetAction::block(), true}));
 }
 
+TEST_F(AddMappingViewTest, switchingBetweenBlockAndRemapMovesNothingElse) {
+    ui.click(ui.find("addMappingButton"));
+    QQuickItem* sheet = ui.find("mappingSheet");
+    const auto places = [&] {
+        QStringList rects;
+        for (const char* name : {"sheetTitle", "sourceRecorder", "targetTypeControl", "cancelButton", "primaryButton"}) {
+            const QRectF rect = ui.find(name)->mapRectToItem(sheet, ui.find(name)->boundingRect());
+            rects.append(QStringLiteral("%1: %2,%3 %4x%5").arg(name).arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height()));
+        }
+        return rects;
+    };
+    const QStringList underRemap = places();
+    ui.click(ui.find("segmentBlock"));
+    EXPECT_EQ(places().join(" | ").toStdString(), underRemap.join(" | ").toStdString());
+}
+
 TEST_F(AddMappingViewTest, editingACombinationShowsItAndSavesItUnchanged) {
     const auto combination = mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), false);
     use({mapping(KeyCode::a, TargetAction::block()), combination});
