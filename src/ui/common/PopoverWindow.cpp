@@ -7,8 +7,10 @@ namespace orvane::ui {
 
 PopoverWindow::PopoverWindow(QWindow* parent) : QQuickWindow(parent) {
     // A frameless tool window rather than a popup: it is activated like any window, so it gets the
-    // keyboard, and losing activation (a click anywhere else) closes it.
-    setFlags(Qt::Tool | Qt::FramelessWindowHint);
+    // keyboard, and losing activation (a click anywhere else) closes it. On X11 it also bypasses the
+    // window manager, or panels list it as a window of its own (a tool window with a transient
+    // parent still gets a taskbar entry); it then takes the keyboard focus itself.
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint);
     // (Not activeChanged: a window counts as active while its transient parent is, so a click in
     // the window it belongs to would not close it.)
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow* focus) {
