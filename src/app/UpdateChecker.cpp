@@ -17,6 +17,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <limits>
 
 namespace orvane {
@@ -99,19 +100,27 @@ UpdateChecker::UpdateChecker(UserDefaults& defaults, QNetworkAccessManager* netw
 UpdateChecker::~UpdateChecker() = default;
 
 void UpdateChecker::checkForUpdatesIfNeeded() {
-    const double last = defaults_.doubleValue(lastCheckKey, 0);
     const double now = clock_();
+    double last = defaults_.doubleValue(lastCheckKey, 0);
+    // A damaged time (not a number, infinite, or later than now) would put the check off for good.
+    if (!std::isfinite(last) || last > now) last = 0;
     if (!(now - last > checkInterval)) return;
     defaults_.setDouble(lastCheckKey, now);  // a write failure changes nothing: the check still runs
     fetchVersionInfo();
 }
 
 void UpdateChecker::fetchVersionInfo() {
-    QNetworkReply* reply = network_->get(QNetworkRequest(versionUrl_));
+    QNetworkRequest request(versionUrl_);
+    request.setTransferTimeout(transferTimeoutMs);  // a silent server ends the check instead of holding it open
+    QNetworkReply* reply = network_->get(request);
     // The reply is freed even when the checker is gone first; the handler itself dies with the checker.
     connect(reply, &QNetworkReply::finished, reply, &QObject::deleteLater);
+    // A version document is a few hundred bytes: a body beyond the cap is not read, but abandoned.
+    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
+        if (received > maxBodyBytes || total > maxBodyBytes) reply->abort();
+    });
     connect(reply, &QNetworkReply::finished, this, [this, reply] {
-        if (failedInTransport(*reply)) return;
+        if (failedInTransport(*reply) || reply->bytesAvailable() > maxBodyBytes) return;
         handleVersionData(reply->readAll());
     });
 }
@@ -129,12 +138,15 @@ void UpdateChecker::showUpdateAlert(const VersionInfo& info) {
     AlertPresenter::Alert alert;
     alert.style = AlertPresenter::Alert::Style::informational;
     alert.message = QStringLiteral("Update Available");
-    alert.informativeText = QStringLiteral("Orvane ") + info.version + QStringLiteral(" is available.\n\n") + info.releaseNotes;
+    QString notes = info.releaseNotes;
+    if (notes.size() > maxShownNotes) notes = notes.left(maxShownNotes) + QChar(0x2026);
+    alert.informativeText = QStringLiteral("Orvane ") + info.version + QStringLiteral(" is available.\n\n") + notes;
     alert.buttons = {QStringLiteral("Download"), QStringLiteral("Later")};
     if (alerts_.present(alert) != AlertPresenter::firstButtonResponse) return;
 
+    // Only a web page over https: a file:, custom-scheme or plain http link from the server is not followed.
     const QUrl url(info.downloadURL, QUrl::StrictMode);
-    if (url.isValid() && !url.scheme().isEmpty()) urlOpener_.open(url);
+    if (url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty()) urlOpener_.open(url);
 }
 
 }  // namespace orvane

@@ -40,6 +40,10 @@ public:
 
     static inline const QString lastCheckKey = QStringLiteral("Orvane.LastUpdateCheck");
     static constexpr double checkInterval = 86400;
+    // Bounds on what a server can make the check hold or show.
+    static constexpr int transferTimeoutMs = 60000;
+    static constexpr qint64 maxBodyBytes = 1 << 20;
+    static constexpr qsizetype maxShownNotes = 2000;
 
     // The process-wide checker, created on first use with this build's endpoint, version and build,
     // the shared user defaults, the system clock, message-box alerts and the desktop's URL opening.
@@ -57,15 +61,17 @@ public:
     ~UpdateChecker() override;
 
     // Called once at start-up, main thread. Checks when more than a day has passed since the stored time
-    // (a clock set back never checks), storing the new time before the request goes out, so a failed
-    // request still counts as the day's check.
+    // (a stored time that is not finite, or lies in the future, counts as none), storing the new time
+    // before the request goes out, so a failed request still counts as the day's check.
     void checkForUpdatesIfNeeded();
     // Sends one GET of the version URL. A reply is used whatever its HTTP status; only a transport
-    // failure (no HTTP response, or a connection that broke off) ends the check.
+    // failure (no HTTP response, a connection that broke off, no answer within transferTimeoutMs, a
+    // body beyond maxBodyBytes) ends the check.
     void fetchVersionInfo();
     // Decodes and compares; a newer release is announced by a queued call, never from inside the caller.
     void handleVersionData(const QByteArray& data);
-    // The modal alert; "Download" opens downloadURL when it is an absolute URL, "Later" does nothing.
+    // The modal alert (release notes cut at maxShownNotes); "Download" opens downloadURL when it is an
+    // https URL, "Later" does nothing.
     void showUpdateAlert(const VersionInfo& info);
 
 private:

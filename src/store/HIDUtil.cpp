@@ -5,6 +5,9 @@
 #include <QProcess>
 #include <QStringDecoder>
 
+#include <csignal>
+#include <unistd.h>
+
 namespace orvane {
 namespace {
 
@@ -26,6 +29,8 @@ QString HIDUtil::runHidutil(const QStringList& arguments) const {
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProgram(toolPath_);
     process.setArguments(arguments);
+    // Its own process group, so that a time-out ends whatever the tool started as well.
+    process.setChildProcessModifier([] { ::setpgid(0, 0); });
     process.start(QIODevice::ReadOnly);
     if (!process.waitForStarted(-1)) {
         const QString description = process.errorString();
@@ -34,11 +39,14 @@ QString HIDUtil::runHidutil(const QStringList& arguments) const {
     }
     // A hung tool must not hold up Caps Lock decisions or quitting for ever.
     if (!process.waitForFinished(timeoutSeconds_ * 1000)) {
-        process.kill();
+        ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
         process.waitForFinished(-1);
         return QStringLiteral("error: timed out after %1 seconds").arg(timeoutSeconds_);
     }
-    const QByteArray bytes = process.readAll();
+    // A tool ended by a signal applied nothing we can trust, whatever it printed first.
+    if (process.exitStatus() == QProcess::CrashExit) return QStringLiteral("error: the tool was ended by a signal");
+    // The tool's answer is a line or two; a runaway one is cut rather than carried into the log.
+    const QByteArray bytes = process.read(maxOutputBytes);
     QStringDecoder decoder(QStringDecoder::Utf8);
     QString text = decoder.decode(bytes);
     if (decoder.hasError()) return QString();

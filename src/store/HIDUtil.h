@@ -19,8 +19,12 @@ public:
 
     explicit HIDUtil(QString toolPath = defaultToolPath(), int timeoutSeconds = 10);
 
-    // Runs the tool with both output streams on one pipe; returns what it printed, "" when that is
-    // not UTF-8, or "error: …" when it could not run or did not finish in time.
+    // The most of the tool's output that is kept.
+    static constexpr qint64 maxOutputBytes = 4096;
+
+    // Runs the tool with both output streams on one pipe; returns what it printed (its first
+    // maxOutputBytes), "" when that is not UTF-8, or "error: …" when it could not run, did not finish
+    // in time (then it and everything it started are killed) or was ended by a signal.
     QString runHidutil(const QStringList& arguments) const;
     // True when the tool reported no error. A key without HID usage falls back to F18.
     bool remapCapsLock(KeyCode target) const;

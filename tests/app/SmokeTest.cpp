@@ -1,4 +1,5 @@
-// The real binary as a private instance: start-up, handover to a second launch, and an orderly quit on SIGTERM.
+// The real binary as a private instance: start-up, handover to a second launch, SIGHUP ignored under nohup,
+// and an orderly quit on SIGTERM.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,8 @@
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
+
+#include <csignal>
 
 TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     QTemporaryDir config;
@@ -24,7 +27,7 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
         settings.setValue("Orvane.CapsLockHIDRemapped", name == instance);
     }
-    const auto launch = [&](QProcess& process, const QString& name) {
+    const auto launch = [&](QProcess& process, const QString& name, bool underNohup = false) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         environment.insert("QT_QUICK_BACKEND", "software");
@@ -32,7 +35,8 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
         environment.insert("ORVANE_HIDUTIL", tool.path());
         environment.insert("ORVANE_INSTANCE", name);
         process.setProcessEnvironment(environment);
-        process.start(ORVANE_BINARY, {});
+        if (underNohup) process.start(QStringLiteral("nohup"), {ORVANE_BINARY});
+        else process.start(ORVANE_BINARY, {});
     };
     // Reads standard output until the start-up line shows or the process ends.
     const auto startsUp = [](QProcess& process, QByteArray& output) {
@@ -53,8 +57,10 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     EXPECT_TRUE(second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0);
     EXPECT_FALSE(startsUp(second, secondOutput));  // no start-up in the second
     EXPECT_EQ(first.state(), QProcess::Running);
-    launch(third, other);
+    launch(third, other, /*underNohup=*/true);
     EXPECT_TRUE(startsUp(third, thirdOutput)) << thirdOutput.toStdString();
+    ::kill(static_cast<pid_t>(third.processId()), SIGHUP);  // a closed terminal: nohup's promise holds
+    EXPECT_FALSE(third.waitForFinished(1500));
     third.terminate();
     ASSERT_TRUE(third.waitForFinished(60000));
 

@@ -15,6 +15,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
+
 using namespace orvane;
 using namespace orvane::testing;
 
@@ -28,12 +30,14 @@ const QByteArray newerDocument =
 struct CountingNetwork : QNetworkAccessManager {
     int requests = 0;
     int finishedReplies = 0;
+    int transferTimeout = 0;  // the last request's
     CountingNetwork() {
         setProxy(QNetworkProxy::NoProxy);
         connect(this, &QNetworkAccessManager::finished, [this] { ++finishedReplies; });
     }
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* data) override {
         ++requests;
+        transferTimeout = request.transferTimeout();
         return QNetworkAccessManager::createRequest(op, request, data);
     }
 };
@@ -132,6 +136,7 @@ TEST_F(UpdateCheckerTest, firstLaunchChecksThenOnlyWhenMoreThanADayHasPassed) {
     EXPECT_EQ(storedTime(), launchTime);  // already before the reply
     settle();
     EXPECT_EQ(requestLines, QList<QByteArray>{"GET /version.json HTTP/1.1"});
+    EXPECT_EQ(network.transferTimeout, UpdateChecker::transferTimeoutMs);
     ASSERT_EQ(alerts.shown.size(), 1u);
     EXPECT_EQ(alerts.shown[0].style, AlertPresenter::Alert::Style::informational);
     EXPECT_EQ(alerts.shown[0].message, "Update Available");
@@ -139,9 +144,10 @@ TEST_F(UpdateCheckerTest, firstLaunchChecksThenOnlyWhenMoreThanADayHasPassed) {
     EXPECT_EQ(alerts.shown[0].buttons, (QStringList{"Download", "Later"}));
 
     // Seconds since the stored check, and whether a check runs.
-    const std::pair<double, bool> cases[] = {{86400.5, true}, {86400, false}, {-60, false}};
+    // A time in the future or not finite at all is damage, not a recent check.
+    const std::pair<double, bool> cases[] = {{86400.5, true}, {86400, false}, {-60, true}, {std::nan(""), true}};
     for (const auto& [storedAgo, checks] : cases) {
-        SCOPED_TRACE(storedAgo);  // negative: the clock was set back
+        SCOPED_TRACE(storedAgo);
         defaults->setDouble(UpdateChecker::lastCheckKey, launchTime - storedAgo);
         const int before = network.requests;
         const auto checker = makeChecker();
@@ -176,10 +182,11 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
         {200, R"({"version":"1.3","build":1,"downloadURL":null,"releaseNotes":""})", false},
         {200, R"([{"version":"1.3","build":1,"downloadURL":"","releaseNotes":""}])", false},
         {200, newerDocument.left(40), false},
+        {200, newerDocument + QByteArray(UpdateChecker::maxBodyBytes, ' '), false},  // abandoned, not buffered
     };
     const auto checker = makeChecker();
     for (const auto& [code, document, announced] : cases) {
-        SCOPED_TRACE(document.toStdString());
+        SCOPED_TRACE(document.left(120).toStdString());
         alerts.shown.clear();
         status = code, body = document;
         checker->fetchVersionInfo();
@@ -194,6 +201,8 @@ TEST_F(UpdateCheckerTest, theAlertWaitsForTheEventLoopAndAnUnreadableRunningBuil
     EXPECT_TRUE(alerts.shown.empty());  // never from inside the caller (the reply's handler)
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(alerts.shown.size(), 1u);
+    checker->showUpdateAlert({"1.3", 1, "", QString(5000, u'x')});  // notes beyond the cap are cut
+    EXPECT_EQ(alerts.shown.back().informativeText, "Orvane 1.3 is available.\n\n" + QString(UpdateChecker::maxShownNotes, u'x') + u'…');
 }
 
 TEST_F(UpdateCheckerTest, downloadOpensTheDownloadUrlWhenItIsOne) {
@@ -204,6 +213,8 @@ TEST_F(UpdateCheckerTest, downloadOpensTheDownloadUrlWhenItIsOne) {
         {AlertPresenter::firstButtonResponse, "", false},
         {AlertPresenter::firstButtonResponse, "example.org/Orvane.dmg", false},
         {AlertPresenter::firstButtonResponse, "https://exa mple.org/", false},
+        {AlertPresenter::firstButtonResponse, "http://example.org/Orvane.dmg", false},
+        {AlertPresenter::firstButtonResponse, "file:///etc/passwd", false},
     };
     const auto checker = makeChecker();
     for (const auto& [answer, downloadURL, opens] : cases) {

@@ -107,6 +107,21 @@ TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTim
     tool.setHangs();
     EXPECT_FALSE(HIDUtil(tool.path(), 1).clearRemapping());
     EXPECT_EQ(lines, std::vector<std::string>{"HIDUtil: Failed to clear remapping: error: timed out after 1 seconds"});
+    // What the tool started went with it (gone, or a zombie waiting for its new parent).
+    QFile child(QStringLiteral("/proc/%1/stat").arg(tool.childOfHungTool()));
+    EXPECT_TRUE(!child.open(QIODevice::ReadOnly) || child.readAll().contains(") Z ")) << tool.childOfHungTool();
+}
+
+TEST_F(HIDUtilTest, aToolEndedByASignalFailsAndARunawayAnswerIsCut) {
+    tool.setOutput("applied\n");
+    tool.setCrashes();
+    EXPECT_FALSE(HIDUtil(tool.path()).remapCapsLock(KeyCode::escape));
+    EXPECT_EQ(lines.back(), "HIDUtil: Failed to remap Caps Lock: error: the tool was ended by a signal");
+
+    const QByteArray huge(1 << 20, 'x');
+    orvane::testing::FakeHidutil talkative;
+    talkative.setOutput(huge);
+    EXPECT_EQ(HIDUtil(talkative.path()).runHidutil({"x"}), QString::fromLatin1(huge.left(HIDUtil::maxOutputBytes)));
 }
 
 // Without a Caps Lock mapping or stored flags the tool never runs: the scenario files (no HIDUtil line).

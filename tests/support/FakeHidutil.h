@@ -18,7 +18,8 @@ public:
               "cd \"$(dirname \"$0\")\"\n"
               "printf '%s\\n' \"$@\" '<end of call>' >> calls\n"
               "cat stdout 2>/dev/null; cat stderr >&2 2>/dev/null\n"
-              "[ -f hang ] && exec sleep 60\n"
+              "[ -f crash ] && kill -KILL $$\n"
+              "[ -f hang ] && { sleep 60 & echo $! > child; exec sleep 60; }\n"
               "exit 0\n");
         QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -30,8 +31,15 @@ public:
     // What the tool prints on its next runs, on standard output and standard error.
     void setOutput(const QByteArray& bytes) { write("stdout", bytes); }
     void setErrorOutput(const QByteArray& bytes) { write("stderr", bytes); }
-    // From now on the tool sleeps for a minute after printing.
+    // From now on the tool, after printing, starts a child and sleeps for a minute with it.
     void setHangs() { write("hang", ""); }
+    // The process id of the last hung tool's child.
+    qint64 childOfHungTool() const {
+        QFile file(dir_.filePath(QStringLiteral("child")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
+    }
+    // From now on the tool kills itself with SIGKILL after printing.
+    void setCrashes() { write("crash", ""); }
 
     // The arguments of every run so far, oldest first.
     std::vector<QStringList> calls() const {

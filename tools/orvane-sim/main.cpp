@@ -5,10 +5,10 @@
 
 #include <QCoreApplication>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 
 namespace {
 
@@ -17,13 +17,29 @@ int fail(const std::string& message) {
     return 2;
 }
 
-std::optional<std::string> readFile(const std::string& path) {
+// Mapping lists and scripts are text of a few megabytes at most; more is a mistake (a device such
+// as /dev/zero, a wrong file), not input.
+constexpr std::size_t maxInputBytes = 64u << 20;
+
+// A file's bytes, or (error not empty) why they cannot be had.
+struct FileContents {
+    std::string bytes;
+    std::string error;
+};
+
+FileContents readFile(const std::string& path) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) return {{}, "is a directory"};
     std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    if (file.bad()) return std::nullopt;
-    return bytes.str();
+    if (!file) return {{}, "cannot open it"};
+    FileContents contents;
+    char chunk[65536];
+    while (file.read(chunk, sizeof chunk) || file.gcount() > 0) {
+        contents.bytes.append(chunk, static_cast<std::size_t>(file.gcount()));
+        if (contents.bytes.size() > maxInputBytes) return {{}, "larger than 64 MiB"};
+    }
+    if (file.bad()) return {{}, "read error"};
+    return contents;
 }
 
 }  // namespace
@@ -38,9 +54,9 @@ int main(int argc, char** argv) {
 
     std::string mappings;
     if (options.mappingsFile) {
-        const auto bytes = readFile(*options.mappingsFile);
-        if (!bytes) return fail("cannot read mappings file " + *options.mappingsFile);
-        mappings = *bytes;
+        FileContents file = readFile(*options.mappingsFile);
+        if (!file.error.empty()) return fail("cannot read mappings file " + *options.mappingsFile + ": " + file.error);
+        mappings = std::move(file.bytes);
     }
 
     std::vector<ScriptItem> script;
@@ -49,9 +65,9 @@ int main(int argc, char** argv) {
         std::string name = "<stdin>";
         if (options.script) {
             name = *options.script;
-            const auto bytes = readFile(name);
-            if (!bytes) return fail("cannot read script " + name);
-            text = *bytes;
+            FileContents file = readFile(name);
+            if (!file.error.empty()) return fail("cannot read script " + name + ": " + file.error);
+            text = std::move(file.bytes);
         } else {
             text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
         }
