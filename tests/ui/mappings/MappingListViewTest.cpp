@@ -10,11 +10,9 @@
 #include <QScreen>
 #include <QStyleHints>
 #include <QTest>
-#include <QTimer>
 
-#include <condition_variable>
 #include <cstdio>
-#include <mutex>
+#include <future>
 #include <thread>
 
 using namespace orvane;
@@ -50,27 +48,16 @@ QStringList textsThatDoNotFit(QQuickItem* item, QQuickItem* within) {
 }
 std::string misfits(QQuickItem* item, QQuickItem* within) { return textsThatDoNotFit(item, within).join(" | ").toStdString(); }
 
-// Ends the process when the main thread has not come back in time: a frame whose layout feeds on
+// Ends the process when the main thread has not come back in 20 s: a frame whose layout feeds on
 // itself never ends, and only another thread can tell.
-class Watchdog {
-public:
-    Watchdog() : thread_([this] {
-        std::unique_lock lock(mutex_);
-        if (!finished_.wait_for(lock, std::chrono::seconds(20), [this] { return done_; })) {
-            std::fputs("Watchdog: the event loop did not come back in 20 s\n", stderr);
-            std::_Exit(1);
-        }
-    }) {}
-    ~Watchdog() {
-        { std::lock_guard lock(mutex_); done_ = true; }
-        finished_.notify_one();
-        thread_.join();
-    }
-private:
-    std::mutex mutex_;
-    std::condition_variable finished_;
-    bool done_ = false;
-    std::thread thread_;
+struct Watchdog {
+    std::promise<void> back;
+    std::thread thread{[answer = back.get_future()] {
+        if (answer.wait_for(std::chrono::seconds(20)) == std::future_status::ready) return;
+        std::fputs("Watchdog: the event loop did not come back in 20 s\n", stderr);
+        std::_Exit(1);
+    }};
+    ~Watchdog() { back.set_value(), thread.join(); }
 };
 
 class MappingListViewTest : public ::testing::Test {
@@ -242,10 +229,7 @@ TEST_F(MappingListViewTest, inTheSmallestWindowTheSettingsOpenWholeOverTheGearsT
     ASSERT_TRUE(tooltip);
     {
         Watchdog watchdog;
-        ui.click(ui.find("settingsButton"));
-        bool answered = false;
-        QTimer::singleShot(0, [&] { answered = true; });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return answered; }));
+        ui.click(ui.find("settingsButton"));  // which draws a frame
     }
     ASSERT_TRUE(ui.shown("settingsPanel"));
     QQuickItem* panel = ui.find("settingsPanel");
