@@ -10,7 +10,6 @@
 #include "store/MappingStore.h"
 
 #include <QQuickView>
-#include <QShortcut>
 #include <QTimer>
 
 namespace orvane {
@@ -39,6 +38,7 @@ AppDelegate::AppDelegate(AppServices services, QObject* parent) : QObject(parent
     currentDelegate = this;
     secureInputPoll_.setInterval(secureInputPollMs);
     connect(&secureInputPoll_, &QTimer::timeout, this, &AppDelegate::readSecureInput);
+    buildMenu();  // the shortcuts, for windows opened before the launch completes
 }
 
 AppDelegate::~AppDelegate() {
@@ -113,9 +113,7 @@ void AppDelegate::openDebug() { openWindow(debugWindow_, debugWindowLayout()); }
 void AppDelegate::openWindow(std::unique_ptr<HostedWindow>& window, const WindowLayout& layout) {
     if (!window) {
         window = services_.windows.create(layout);
-        // Command-comma opens the settings from any of our windows.
-        auto* settings = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma), &window->view());
-        connect(settings, &QShortcut::activated, this, &AppDelegate::openConfiguration);
+        window->view().installEventFilter(&windowShortcuts_);
     }
     window->bringToFront();
     if (services_.activate) services_.activate();
@@ -146,14 +144,15 @@ void AppDelegate::updateStatusIcon() {
 }
 
 void AppDelegate::buildMenu() {
-    if (!statusItem_) return;
     StatusMenuActions actions;
     actions.toggleInterception = [this] { toggleInterception(); };
     actions.openConfiguration = [this] { openConfiguration(); };
     actions.openDebug = [this] { openDebug(); };
     actions.quit = services_.terminate;
-    statusItem_->setMenu(
-        buildStatusMenu(services_.tapManager.isRunning(), services_.store.enabledMappings().size(), secureInputOn_, actions));
+    const auto items =
+        buildStatusMenu(services_.tapManager.isRunning(), services_.store.enabledMappings().size(), secureInputOn_, actions);
+    windowShortcuts_.setItems(items);
+    if (statusItem_) statusItem_->setMenu(items);
 }
 
 void AppDelegate::followSecureInput() {

@@ -1,6 +1,7 @@
 // The application's delegate: start-up and quit order, permission flow, windows and the status item.
 #pragma once
 
+#include "app/MenuShortcuts.h"
 #include "app/StatusItem.h"
 #include "app/WindowHost.h"
 
@@ -103,6 +104,7 @@ private:
 
     AppServices services_;
     std::unique_ptr<StatusItem> statusItem_;
+    MenuShortcuts windowShortcuts_;  // the menu's shortcuts in our windows, with or without the item
     std::unique_ptr<HostedWindow> configWindow_;
     std::unique_ptr<HostedWindow> debugWindow_;
     QTimer secureInputPoll_;

@@ -1,5 +1,6 @@
 #include "app/TrayStatusItem.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include "ui/common/IconRendering.h"
@@ -13,16 +14,31 @@ QIcon templateIcon(const QString& iconName, const QColor& color) {
     return icon;
 }
 
+QIcon panelIcon(const QString& iconName, const QPalette& palette) {
+    const QList<int> sizes = {16, 22, 32, 44, 64};
+    if (QIcon::hasThemeIcon(themedStatusIconName)) {
+        const QIcon themed = QIcon::fromTheme(themedStatusIconName);
+        if (iconName == statusIconName(true)) return themed;
+        QIcon dimmed;
+        for (int size : sizes) dimmed.addPixmap(themed.pixmap(QSize(size, size), QIcon::Disabled));
+        return dimmed;
+    }
+    const bool darkPanel = palette.color(QPalette::Window).lightness() < 128;
+    return templateIcon(iconName, darkPanel ? QColor(0xE8, 0xE8, 0xE8) : QColor(0x30, 0x30, 0x30));
+}
+
 namespace {
 
-QIcon dotIcon(const QColor& color) {
+// The state's dot: "●" a filled disc, "○" a ring, so the states differ by more than colour.
+QIcon dotIcon(const QString& dot, const QColor& color) {
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawEllipse(QRectF(4, 4, 8, 8));
+    const bool filled = dot == QStringLiteral("\u25CF");
+    painter.setPen(filled ? QPen(Qt::NoPen) : QPen(color, 1.5));
+    painter.setBrush(filled ? QBrush(color) : QBrush(Qt::NoBrush));
+    painter.drawEllipse(QRectF(3.5, 3.5, 9, 9));
     return QIcon(pixmap);
 }
 
@@ -30,6 +46,7 @@ QIcon dotIcon(const QColor& color) {
 
 TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
     tray_.setContextMenu(&menu_);
+    menu_.installEventFilter(&shortcuts_);
     // Rebuild the items in place just before showing; the menu object itself never changes.
     QObject::connect(&menu_, &QMenu::aboutToShow, [this] {
         if (menuWillOpen_) menuWillOpen_();
@@ -44,13 +61,14 @@ TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
 TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
 
 void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleDescription) {
-    tray_.setIcon(templateIcon(iconName, QColor(0xE8, 0xE8, 0xE8)));
+    tray_.setIcon(panelIcon(iconName, QGuiApplication::palette()));
     tray_.setToolTip(accessibleDescription);
     if (!tray_.isVisible()) tray_.show();  // shown once it has an icon to show
 }
 
 void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
     menu_.clear();
+    shortcuts_.setItems(items);
     const QColor iconColor = menu_.palette().color(QPalette::WindowText);
     for (const StatusMenuItem& item : items) {
         if (item.kind == StatusMenuItem::Kind::separator) {
@@ -59,7 +77,7 @@ void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {
         }
         QAction* action = menu_.addAction(item.title);
         // A menu item cannot mix colours in its title: the coloured dot becomes the item's icon.
-        if (!item.dot.isEmpty()) action->setIcon(dotIcon(item.dotColor));
+        if (!item.dot.isEmpty()) action->setIcon(dotIcon(item.dot, item.dotColor));
         if (!item.iconName.isEmpty()) action->setIcon(templateIcon(item.iconName, iconColor));
         if (!item.iconDescription.isEmpty()) action->setToolTip(item.iconDescription);
         action->setShortcut(item.shortcut);

@@ -1,6 +1,7 @@
 // The status item on the desktop's system tray (QSystemTrayIcon with a QMenu).
 #pragma once
 
+#include "app/MenuShortcuts.h"
 #include "app/StatusItem.h"
 
 #include <QMenu>
@@ -17,10 +18,12 @@ public:
     void setIcon(const QString& iconName, const QString& accessibleDescription) override;
     void setMenu(const std::vector<StatusMenuItem>& items) override;
     void setMenuWillOpen(std::function<void()> handler) override;
+    QMenu& menu() { return menu_; }
 
 private:
     QSystemTrayIcon tray_;
     QMenu menu_;
+    MenuShortcuts shortcuts_;
     std::function<void()> menuWillOpen_;
 };
 
@@ -34,7 +37,15 @@ private:
     bool clickOpensMenu_;
 };
 
-// Our monochrome icon as a mask image (the platform tints it); light enough for dark panels elsewhere.
+// Our monochrome icon as a mask image (a platform that tints template images tints it).
 QIcon templateIcon(const QString& iconName, const QColor& color);
+
+// The icon name the desktop's icon theme gives the item where the theme has it.
+inline const QString themedStatusIconName = QStringLiteral("input-keyboard-symbolic");
+
+// The status icon for a panel. Where the icon theme has themedStatusIconName, the theme's icon, which
+// follows the desktop's light or dark look and which a StatusNotifier host recolours for its panel (while
+// stopped, dimmed); otherwise ours, as a template image in dark or light ink against the palette's window.
+QIcon panelIcon(const QString& iconName, const QPalette& palette);
 
 }  // namespace orvane

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The real application on a real desktop: under Xvfb with openbox and a tint2 panel (which has a
 # system tray), Orvane shows its status item; a right click opens its menu, which is saved as a
-# screenshot. Exits 77 (skipped) when the desktop tools are missing.
+# screenshot, and Ctrl+D typed into it opens the debugger. Exits 77 (skipped) when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
@@ -80,5 +80,10 @@ import -window root "$work/screen.png"
 left=$((X - 20)); [ $left -lt 0 ] && left=0
 convert "$work/screen.png" -crop "$((1024 - left))x$((700 - Y + 10))+${left}+$((Y - 10))" +repage "$output"
 echo "status-menu: menu of ${WIDTH}x${HEIGHT} at ${X},${Y}; saved $output"
+# The menu's shortcuts work while it is open: Ctrl+D opens the debugger window.
+xdotool key ctrl+d
+debugger() { xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1; }
+for _ in $(seq 50); do debugger && break; sleep 0.2; done
+debugger || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
 # An orderly quit; in the sanitizer build a leak report also makes the exit status non-zero.
 kill -TERM "$app"; wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }

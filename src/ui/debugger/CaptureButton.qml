@@ -1,6 +1,7 @@
 // The prominent header button: filled with the accent colour, as the window's main action.
 import QtQuick
 import QtQuick.Controls
+import Orvane 1.0
 
 Button {
     id: control
@@ -27,4 +28,5 @@ Button {
         border.width: control.visualFocus ? 2 : 0
         border.color: Qt.darker(palette.highlight, 1.6)
     }
+    FocusRing {}
 }

@@ -16,6 +16,7 @@ RowLayout {
         enabled: root.model.count > 0
         focusPolicy: Qt.TabFocus
         onClicked: root.model.clear()
+        FocusRing {}
     }
     CheckBox {
         objectName: "autoScrollBox"
@@ -23,6 +24,7 @@ RowLayout {
         checked: root.model.autoScroll
         focusPolicy: Qt.TabFocus
         onToggled: root.model.autoScroll = checked
+        FocusRing {}
     }
     CheckBox {
         id: filterBox
@@ -34,6 +36,7 @@ RowLayout {
         ToolTip.text: qsTr("Filter out spurious system events (subtype 7, 211, empty flagsChanged)")
         ToolTip.visible: hovered || visualFocus
         ToolTip.delay: Application.styleHints.mousePressAndHoldInterval
+        FocusRing {}
     }
     Label {
         objectName: "countText"

@@ -86,6 +86,7 @@ Popup {
                 Layout.alignment: Qt.AlignBottom
                 text: qsTr("Cancel")
                 onClicked: sheet.controller.cancel()
+                FocusRing {}
             }
             ProminentButton {
                 objectName: "primaryButton"

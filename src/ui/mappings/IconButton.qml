@@ -28,4 +28,5 @@ ToolButton {
     ToolTip.visible: hovered && showsTooltip && tooltip !== ""
     ToolTip.delay: 500
     ToolTip.text: tooltip
+    FocusRing {}
 }

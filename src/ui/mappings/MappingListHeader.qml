@@ -27,6 +27,7 @@ Item {
                 else TapManager.stop()
                 checked = Qt.binding(() => TapManager.isRunning)
             }
+            FocusRing {}
         }
         Item { Layout.fillWidth: true }
         Button {
@@ -37,6 +38,7 @@ Item {
             icon.width: 12
             icon.height: 12
             onClicked: root.addRequested()
+            FocusRing {}
         }
     }
 }

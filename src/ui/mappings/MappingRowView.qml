@@ -70,6 +70,7 @@ Item {
             checked: root.isEnabled
             onClicked: root.toggleRequested()
             Accessible.name: qsTr("Enabled")
+            FocusRing {}
         }
         Row {
             spacing: 4

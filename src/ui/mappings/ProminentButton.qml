@@ -1,6 +1,7 @@
 // A button filled with the accent colour: the default or most important action of its area.
 import QtQuick
 import QtQuick.Controls
+import Orvane 1.0
 
 Button {
     id: control
@@ -10,4 +11,5 @@ Button {
 
     SystemPalette { id: activeColors; colorGroup: SystemPalette.Active }
     SystemPalette { id: disabledColors; colorGroup: SystemPalette.Disabled }
+    FocusRing {}
 }

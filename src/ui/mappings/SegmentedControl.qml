@@ -2,6 +2,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
+import Orvane 1.0
 
 Row {
     id: root
@@ -30,6 +31,7 @@ Row {
                 checked = Qt.binding(() => index === root.currentIndex)
                 root.activated(index)
             }
+            FocusRing {}
         }
     }
 }

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Orvane 1.0
 
 Rectangle {
     id: root
@@ -53,6 +54,7 @@ Rectangle {
                     color: segment.current ? palette.text : palette.buttonText
                     opacity: segment.pressed ? 0.6 : 1
                 }
+                FocusRing {}
             }
         }
     }

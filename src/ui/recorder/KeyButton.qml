@@ -1,6 +1,7 @@
 // One cell of the key picker: the key's symbol and, where the symbol alone does not say it, its name.
 import QtQuick
 import QtQuick.Controls
+import Orvane 1.0
 
 AbstractButton {
     id: root
@@ -51,4 +52,5 @@ AbstractButton {
             }
         }
     }
+    FocusRing {}
 }

@@ -30,7 +30,8 @@ Item {
 
             KeyButton {
                 objectName: "keyButton_" + cell.displayName
-                anchors.horizontalCenter: parent.horizontalCenter
+                // Centred, so that its focus ring stays inside the grid's clip in the first row too.
+                anchors.centerIn: parent
                 symbol: cell.symbol
                 displayName: cell.displayName
                 showsDisplayName: cell.showsDisplayName

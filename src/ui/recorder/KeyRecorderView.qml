@@ -48,6 +48,7 @@ Item {
             flat: true
             text: qsTr("Clear")
             onClicked: root.field.clear()
+            FocusRing {}
         }
         Button {
             id: pickButton
@@ -87,12 +88,14 @@ Item {
                     }
                 }
             }
+            FocusRing {}
         }
         Button {
             objectName: "recordButton"
             implicitWidth: implicitContentWidth + leftPadding + rightPadding
             text: root.recording ? qsTr("Cancel") : qsTr("Record")
             onClicked: root.field.toggleRecording()
+            FocusRing {}
         }
     }
 }

@@ -21,6 +21,7 @@ RowLayout {
         font.pixelSize: 12
         checked: root.picker.modControl
         onToggled: root.picker.modControl = checked
+        FocusRing {}
     }
     CheckBox {
         objectName: "modOption"
@@ -28,6 +29,7 @@ RowLayout {
         font.pixelSize: 12
         checked: root.picker.modOption
         onToggled: root.picker.modOption = checked
+        FocusRing {}
     }
     CheckBox {
         objectName: "modShift"
@@ -35,6 +37,7 @@ RowLayout {
         font.pixelSize: 12
         checked: root.picker.modShift
         onToggled: root.picker.modShift = checked
+        FocusRing {}
     }
     CheckBox {
         objectName: "modCommand"
@@ -42,5 +45,6 @@ RowLayout {
         font.pixelSize: 12
         checked: root.picker.modCommand
         onToggled: root.picker.modCommand = checked
+        FocusRing {}
     }
 }

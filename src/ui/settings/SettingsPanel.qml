@@ -34,12 +34,14 @@ Pane {
             text: qsTr("Launch at login")
             checked: controller.launchAtLogin
             onToggled: controller.launchAtLogin = checked
+            FocusRing {}
         }
         CheckBox {
             objectName: "showMenuIconCheckBox"
             text: qsTr("Show menu bar icon")
             checked: controller.showMenuIcon
             onToggled: controller.showMenuIcon = checked
+            FocusRing {}
         }
         Label {
             Layout.fillWidth: true
@@ -56,12 +58,14 @@ Pane {
                 root.dismissRequested();
                 controller.openDebug();
             }
+            FocusRing {}
         }
         ThinDivider {}
         Button {
             objectName: "quitButton"
             text: qsTr("Quit Orvane")
             onClicked: controller.quit()
+            FocusRing {}
         }
         ThinDivider {}
         Label {

@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <QAccessible>
+#include <QGuiApplication>
 #include <QQmlEngine>
+#include <QQuickWindow>
 #include <QScreen>
 #include <QStyleHints>
 #include <QTest>
@@ -76,6 +80,33 @@ protected:
     }
 };
 using AddMappingViewTest = MappingListViewTest;
+
+// Focusable controls in the focused window (the main one or a popover) that draw nothing different
+// around themselves when given the focus, whatever the reason the focus came. A scope that hands the
+// focus on to a control inside is that control's business.
+QStringList controlsWithoutVisibleFocus(UiHarness& ui) {
+    QStringList unseen;
+    auto* window = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
+    if (!window) return {"(no focused window)"};
+    QQuickItem elsewhere(window->contentItem());  // holds the focus for the picture without it
+    std::function<void(QQuickItem*)> visit = [&](QQuickItem* item) {
+        if (!item->isVisible()) return;
+        if (item->activeFocusOnTab() && item->isEnabled()) {
+            const QRect area = item->mapRectToScene(item->boundingRect()).toAlignedRect().adjusted(-4, -4, 4, 4);
+            const auto pictureWithFocusOn = [&](QQuickItem* focused) {
+                return focused->forceActiveFocus(Qt::OtherFocusReason), ui.settle(), window->grabWindow().copy(area);
+            };
+            const QImage before = pictureWithFocusOn(&elsewhere), after = pictureWithFocusOn(item);
+            int changed = 0;
+            for (int y = 0; y < area.height(); ++y)
+                for (int x = 0; x < area.width(); ++x) changed += before.pixel(x, y) != after.pixel(x, y);
+            if (window->activeFocusItem() == item && changed < area.width() + area.height()) unseen << item->objectName();
+        }
+        for (QQuickItem* child : item->childItems()) visit(child);
+    };
+    visit(window->contentItem());
+    return unseen;
+}
 
 }  // namespace
 
@@ -270,6 +301,16 @@ TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {
         reached.append(ui.view()->activeFocusItem()->objectName());
     }
     EXPECT_EQ(reached, (QStringList{"activeSwitch", "addMappingButton", "mappingList", "enabledCheckBox", "settingsButton"}));
+}
+
+TEST_F(AddMappingViewTest, everyFocusableControlShowsItHasTheFocusInTheListTheSheetAndThePicker) {
+    use({mapping(KeyCode::a, TargetAction::block())});
+    EXPECT_EQ(controlsWithoutVisibleFocus(ui).join(' ').toStdString(), "");
+    ui.click(ui.find("addMappingButton"));
+    EXPECT_EQ(controlsWithoutVisibleFocus(ui).join(' ').toStdString(), "");
+    ui.click(childNamed(ui.find("targetRecorder"), "pickButton"));
+    ASSERT_TRUE(ui.shown("searchField"));
+    EXPECT_EQ(controlsWithoutVisibleFocus(ui).join(' ').toStdString(), "");
 }
 
 TEST_F(AddMappingViewTest, aNewSheetOffersRemapShowsTheSourceAndReturnAddsABlockedKey) {
