@@ -106,25 +106,16 @@ QImage UiHarness::screenshot(const QString& name, QQuickItem* inWindowOf) {
     if (!window) return {};
     settle();
     QImage image = window->grabWindow();
-    if (!inWindowOf) {
-        // The main window as the user sees it: with its open popovers drawn over it where they are.
-        QRect area = window->geometry();
-        std::vector<std::pair<QRect, QImage>> popovers;
-        for (QWindow* other : QGuiApplication::topLevelWindows())
-            if (auto* popover = qobject_cast<QQuickWindow*>(other); popover && popover != window && popover->isVisible()) {
-                popovers.emplace_back(popover->geometry(), popover->grabWindow());
-                area |= popover->geometry();
-            }
-        if (!popovers.empty()) {
-            QImage canvas(area.size() * image.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
-            canvas.setDevicePixelRatio(image.devicePixelRatio());
-            canvas.fill(Qt::transparent);
-            QPainter painter(&canvas);
-            painter.drawImage(window->geometry().topLeft() - area.topLeft(), image);
-            for (const auto& [place, picture] : popovers) painter.drawImage(place.topLeft() - area.topLeft(), picture);
-            painter.end();
-            image = canvas;
-        }
+    std::vector<QQuickWindow*> shown{window};  // the main window with its open popovers over it
+    QRect area = window->geometry();
+    for (QWindow* other : QGuiApplication::topLevelWindows())
+        if (auto* popover = qobject_cast<QQuickWindow*>(other); !inWindowOf && popover && popover != window && popover->isVisible())
+            shown.push_back(popover), area |= popover->geometry();
+    if (shown.size() > 1) {
+        image = QImage(area.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        for (QQuickWindow* each : shown) painter.drawImage(each->geometry().topLeft() - area.topLeft(), each->grabWindow());
     }
     QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
     image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
