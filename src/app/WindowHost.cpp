@@ -25,6 +25,17 @@ std::optional<QRect> parseFrame(const QByteArray& text) {
     return QRect(values[0], values[1], values[2], values[3]);
 }
 
+// Whether a screen still shows enough of the frame's top strip (where the title bar is) to grab it;
+// after a change of monitors a saved frame may lie off every screen.
+bool canBeGrabbed(const QRect& frame) {
+    const QRect titleStrip(frame.topLeft(), QSize(frame.width(), 30));
+    for (QScreen* screen : QGuiApplication::screens()) {
+        const QRect shown = screen->availableGeometry() & titleStrip;
+        if (shown.width() >= 60 && shown.height() >= 10) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 HostedWindow::HostedWindow(QQmlEngine& engine, const WindowLayout& layout, UserDefaults& defaults)
@@ -39,15 +50,20 @@ HostedWindow::HostedWindow(QQmlEngine& engine, const WindowLayout& layout, UserD
         const QVariant minimumWidth = root->property("minimumWidth"), minimumHeight = root->property("minimumHeight");
         if (minimumWidth.isValid() && minimumHeight.isValid()) view_->setMinimumSize(QSize(minimumWidth.toInt(), minimumHeight.toInt()));
     }
-    view_->resize(layout.contentSize);
-    if (QScreen* screen = view_->screen() ? view_->screen() : QGuiApplication::primaryScreen()) {
-        QRect centred(QPoint(), layout.contentSize);
-        centred.moveCenter(screen->availableGeometry().center());
-        view_->setPosition(centred.topLeft());
+    // A frame saved by an earlier run takes the place of the centred one; one that no screen shows
+    // any more keeps its size and is centred.
+    std::optional<QRect> saved;
+    if (const auto text = defaults_.data(WindowHost::frameKey(layout.autosaveName))) saved = parseFrame(*text);
+    if (saved && canBeGrabbed(*saved)) {
+        view_->setGeometry(*saved);
+    } else if (QScreen* screen = view_->screen() ? view_->screen() : QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
+        QRect centred(QPoint(), (saved ? saved->size() : layout.contentSize).boundedTo(available.size()));
+        centred.moveCenter(available.center());
+        view_->setGeometry(centred);
+    } else {
+        view_->resize(layout.contentSize);
     }
-    // A frame saved by an earlier run takes the place of the centred one.
-    if (const auto saved = defaults_.data(WindowHost::frameKey(layout.autosaveName)))
-        if (const auto frame = parseFrame(*saved)) view_->setGeometry(*frame);
     // Remembered when the window is closed (hidden) and when the application quits with it open.
     connect(view_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
         if (!visible) rememberFrame();

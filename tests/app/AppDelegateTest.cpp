@@ -12,7 +12,9 @@
 #include <algorithm>
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQuickView>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -161,6 +163,13 @@ TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTh
     DelegateUnderTest nextRun(*defaults, store, manager, accessibility);
     nextRun.delegate.openConfiguration();
     EXPECT_EQ(nextRun.delegate.configWindow()->view().geometry().size(), QSize(620, 480));
+    // A frame on a screen that is gone comes back on a screen, with its size.
+    nextRun.delegate.configWindow()->view().setGeometry(QRect(-3000, 2500, 620, 480));
+    nextRun.delegate.closeWindows();
+    DelegateUnderTest afterScreenChange(*defaults, store, manager, accessibility);
+    afterScreenChange.delegate.openConfiguration();
+    const QRect frame = afterScreenChange.delegate.configWindow()->view().geometry();
+    EXPECT_TRUE(frame.size() == QSize(620, 480) && QGuiApplication::primaryScreen()->availableGeometry().contains(frame));
 }
 
 TEST_F(AppDelegateTest, reopenOpensTheConfigurationUnlessWindowsShowAndTheIconIsThere) {

@@ -7,17 +7,22 @@ namespace orvane::ui {
 
 PopoverWindow::PopoverWindow(QWindow* parent) : QQuickWindow(parent) {
     // A frameless tool window rather than a popup: it is activated like any window, so it gets the
-    // keyboard, and losing activation (a click anywhere else) closes it.
-    setFlags(Qt::Tool | Qt::FramelessWindowHint);
+    // keyboard, and losing activation (a click anywhere else) closes it. On X11 it also bypasses the
+    // window manager, or panels list it as a window of its own (a tool window with a transient
+    // parent still gets a taskbar entry); it then takes the keyboard focus itself.
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint);
     // (Not activeChanged: a window counts as active while its transient parent is, so a click in
     // the window it belongs to would not close it.)
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow* focus) {
         if (focus == this) wasActivated_ = true;
-        else if (isVisible() && wasActivated_) close();
+        else if (isVisible() && wasActivated_) {
+            closedByDeactivation_.start();
+            close();
+        }
     });
     // The content is built as the popover opens, so its size settles after show(): follow it.
-    connect(this, &QWindow::widthChanged, this, &PopoverWindow::placeBelowAnchor);
-    connect(this, &QWindow::heightChanged, this, &PopoverWindow::placeBelowAnchor);
+    connect(this, &QWindow::widthChanged, this, &PopoverWindow::placeAtAnchor);
+    connect(this, &QWindow::heightChanged, this, &PopoverWindow::placeAtAnchor);
 }
 
 void PopoverWindow::setAnchorItem(QQuickItem* item) {
@@ -26,18 +31,37 @@ void PopoverWindow::setAnchorItem(QQuickItem* item) {
     emit anchorItemChanged();
 }
 
-void PopoverWindow::openBelowAnchor() {
+void PopoverWindow::setEdge(Edge edge) {
+    if (edge_ == edge) return;
+    edge_ = edge;
+    emit edgeChanged();
+}
+
+void PopoverWindow::openAtAnchor() {
     if (anchorItem_ && anchorItem_->window()) setTransientParent(anchorItem_->window());
     wasActivated_ = false;
     show();
-    placeBelowAnchor();
+    placeAtAnchor();
     requestActivate();
 }
 
-void PopoverWindow::placeBelowAnchor() {
+void PopoverWindow::toggle() {
+    // A press elsewhere deactivates the popover before its click arrives; 300 ms covers that.
+    if (isVisible()) close();
+    else if (!closedByDeactivation_.isValid() || closedByDeactivation_.elapsed() > 300) openAtAnchor();
+}
+
+void PopoverWindow::placeAtAnchor() {
     if (anchorItem_ && anchorItem_->window()) {
-        const QPointF bottomRight = anchorItem_->mapToGlobal(QPointF(anchorItem_->width(), anchorItem_->height() + 6));
-        QPoint topLeft(qRound(bottomRight.x()) - width(), qRound(bottomRight.y()));
+        constexpr int gap = 6;
+        QPoint topLeft;
+        if (edge_ == Below) {
+            const QPointF corner = anchorItem_->mapToGlobal(QPointF(anchorItem_->width(), anchorItem_->height() + gap));
+            topLeft = QPoint(qRound(corner.x()) - width(), qRound(corner.y()));
+        } else {
+            const QPointF corner = anchorItem_->mapToGlobal(QPointF(0, -gap));
+            topLeft = QPoint(qRound(corner.x()), qRound(corner.y()) - height());
+        }
         if (QScreen* screen = anchorItem_->window()->screen()) {
             const QRect available = screen->availableGeometry();
             topLeft.setX(qBound(available.left(), topLeft.x(), qMax(available.left(), available.right() - width())));

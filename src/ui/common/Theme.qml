@@ -1,12 +1,14 @@
-// Text styles and colours shared by every view, in the sizes of a Mac utility.
+// Text styles and colours shared by every view, in the sizes of a Mac utility. Sizes are in pixels
+// (a Mac point): in points they would grow by a third on a 96 dpi desktop, past the fixed window
+// and sheet sizes that the views were laid out for.
 pragma Singleton
 import QtQuick
 
 QtObject {
     readonly property real padding: 16          // the platform's standard padding
-    readonly property font headline: Qt.font({ pointSize: 13, weight: Font.DemiBold })
-    readonly property font subheadline: Qt.font({ pointSize: 11 })
-    readonly property font caption: Qt.font({ pointSize: 10 })
+    readonly property font headline: Qt.font({ pixelSize: 13, weight: Font.DemiBold })
+    readonly property font subheadline: Qt.font({ pixelSize: 11 })
+    readonly property font caption: Qt.font({ pixelSize: 10 })
     readonly property color green: "#34c759"
     readonly property color blue: "#007aff"
     readonly property color orange: "#ff9500"

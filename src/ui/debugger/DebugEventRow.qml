@@ -17,8 +17,8 @@ Item {
     required property string flagsText
 
     readonly property color secondary: palette.placeholderText
-    readonly property font smallMono: Qt.font({ family: "monospace", pointSize: 10 })
-    readonly property font codeFont: Qt.font({ family: "monospace", pointSize: 11 })
+    readonly property font smallMono: Qt.font({ family: "monospace", pixelSize: 10 })
+    readonly property font codeFont: Qt.font({ family: "monospace", pixelSize: 11 })
 
     implicitWidth: row.implicitWidth
     implicitHeight: row.height + 4
@@ -70,7 +70,7 @@ Item {
                     objectName: "decodedText"
                     visible: text !== ""
                     text: root.decoded
-                    font.pointSize: 11
+                    font.pixelSize: 11
                     font.weight: Font.Medium
                     color: Theme.green
                 }
@@ -83,7 +83,7 @@ Item {
                     objectName: "interceptionText"
                     visible: text !== ""
                     text: root.interception
-                    font.pointSize: 10
+                    font.pixelSize: 10
                     color: root.interceptionActive ? Theme.orange : root.secondary
                 }
                 Label {

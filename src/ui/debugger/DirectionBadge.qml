@@ -19,7 +19,7 @@ Label {
     }
 
     objectName: "directionBadge"
-    font: Qt.font({ family: "monospace", pointSize: 10, weight: Font.Medium })
+    font: Qt.font({ family: "monospace", pixelSize: 10, weight: Font.Medium })
     color: "white"
     leftPadding: 4
     rightPadding: 4

@@ -34,6 +34,7 @@ Popup {
             font: Theme.headline
         }
         ColumnLayout {
+            Layout.fillHeight: false  // the free height goes to the button row alone
             spacing: 8
             Label {
                 text: qsTr("Source Key")
@@ -47,6 +48,7 @@ Popup {
             }
         }
         ColumnLayout {
+            Layout.fillHeight: false  // the free height goes to the button row alone
             spacing: 8
             Label {
                 text: qsTr("Target Action")
@@ -78,7 +80,7 @@ Popup {
         // Takes the free height and keeps its buttons at the bottom.
         RowLayout {
             Layout.fillHeight: true
-            Item { Layout.fillWidth: true }
+            Item { Layout.fillWidth: true; Layout.fillHeight: true }  // lets the row grow
             Button {
                 objectName: "cancelButton"
                 Layout.alignment: Qt.AlignBottom

@@ -8,6 +8,8 @@ ToolButton {
     property string iconName
     property color iconColor: palette.buttonText
     property string tooltip
+    // Off while something the button opened covers the place where the tooltip would be.
+    property bool showsTooltip: true
     property real iconSize: 14
 
     implicitWidth: iconSize + 8
@@ -23,7 +25,7 @@ ToolButton {
         }
     }
     Accessible.name: tooltip
-    ToolTip.visible: hovered && tooltip !== ""
+    ToolTip.visible: hovered && showsTooltip && tooltip !== ""
     ToolTip.delay: 500
     ToolTip.text: tooltip
     FocusRing {}

@@ -39,7 +39,7 @@ Item {
         anchors.centerIn: parent
         text: root.text
         textFormat: Text.PlainText
-        font.pointSize: 11
+        font.pixelSize: 11
         font.weight: Font.Medium
         color: root.isEnabled ? palette.text : palette.placeholderText
     }

@@ -23,7 +23,8 @@ Item {
             iconName: "gear"
             iconColor: palette.placeholderText
             tooltip: qsTr("Settings")
-            onClicked: settings.opened ? settings.close() : settings.open()
+            showsTooltip: !settings.visible
+            onClicked: settings.toggle()
         }
         Label {
             text: qsTr("Drag to reorder \u2022 First match wins")
@@ -38,18 +39,27 @@ Item {
             color: palette.placeholderText
         }
     }
-    // A popover above the gear; pressing the gear again, or the panel itself, closes it.
-    Popup {
+    // A popover of its own above the gear: the panel is taller than the window at its smallest.
+    // Pressing the gear again, Escape, or a click elsewhere closes it.
+    PopoverWindow {
         id: settings
-        parent: settingsButton
-        y: -height - 6
-        padding: 0
-        focus: true
-        closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutsideParent
-        background: SheetBackground {}
+        objectName: "settingsPopover"
+        anchorItem: settingsButton
+        edge: PopoverWindow.Above
+        width: panel.implicitWidth
+        height: panel.implicitHeight
+        color: systemPalette.window
+
+        SystemPalette { id: systemPalette }
         SettingsPanel {
+            id: panel
             objectName: "settingsPanel"
-            background: null
+            anchors.fill: parent
+            visible: settings.visible  // so that it refreshes at each opening
+            background: Rectangle {
+                color: "transparent"
+                border.color: systemPalette.mid
+            }
             onDismissRequested: settings.close()
         }
     }

@@ -43,7 +43,7 @@ Item {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: qsTr("Block")
-            font.pointSize: 11
+            font.pixelSize: 11
             font.weight: Font.Medium
             color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
             opacity: root.isEnabled ? 1 : 0.7

@@ -27,7 +27,7 @@ Item {
         anchors.centerIn: parent
         text: root.text
         textFormat: Text.PlainText
-        font.pointSize: 9
+        font.pixelSize: 9
         font.weight: Font.Medium
         color: "white"
     }

@@ -27,6 +27,7 @@ Item {
         border.color: root.recording ? palette.highlight : Qt.rgba(0.5, 0.5, 0.5, 0.3)
     }
 
+    // Buttons as wide as their titles, as on a Mac, leaving the text the room for its placeholder.
     RowLayout {
         id: row
         anchors.fill: parent
@@ -42,6 +43,7 @@ Item {
         }
         Button {
             objectName: "clearButton"
+            implicitWidth: implicitContentWidth + leftPadding + rightPadding
             visible: root.field !== null && root.field.hasKey
             flat: true
             text: qsTr("Clear")
@@ -51,8 +53,9 @@ Item {
         Button {
             id: pickButton
             objectName: "pickButton"
+            implicitWidth: implicitContentWidth + leftPadding + rightPadding
             text: qsTr("Pick...")
-            onClicked: pickerPopup.openBelowAnchor()
+            onClicked: pickerPopup.openAtAnchor()
 
             // A popover of its own: the picker is wider than the sheet that holds the field.
             PopoverWindow {
@@ -89,6 +92,7 @@ Item {
         }
         Button {
             objectName: "recordButton"
+            implicitWidth: implicitContentWidth + leftPadding + rightPadding
             text: root.recording ? qsTr("Cancel") : qsTr("Record")
             onClicked: root.field.toggleRecording()
             FocusRing {}

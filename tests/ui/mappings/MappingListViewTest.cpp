@@ -9,8 +9,15 @@
 
 #include <QAccessible>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickWindow>
+#include <QScreen>
+#include <QStyleHints>
 #include <QTest>
+
+#include <cstdio>
+#include <future>
+#include <thread>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -27,6 +34,38 @@ QStringList visibleTexts(QQuickItem* item) {
     return texts;
 }
 
+// Fixed texts that do not fit at or under item: cut short, wider than their item, or reaching past
+// the edges of within (the window or sheet that holds them).
+QStringList textsThatDoNotFit(QQuickItem* item, QQuickItem* within) {
+    QStringList cut;
+    if (!item || !item->isVisible()) return cut;
+    const QString text = item->property("text").toString();
+    if (item->inherits("QQuickText") && !text.isEmpty()) {
+        const QRectF place = item->mapRectToItem(within, QRectF(0, 0, item->width(), item->height()));
+        const bool wraps = item->property("wrapMode").toInt() != 0;
+        if (item->property("truncated").toBool() || (!wraps && item->implicitWidth() > item->width() + 0.5) ||
+            !QRectF(within->boundingRect()).adjusted(-0.5, -0.5, 0.5, 0.5).contains(place))
+            cut.append(text);
+    }
+    for (QQuickItem* child : item->childItems()) cut += textsThatDoNotFit(child, within);
+    return cut;
+}
+std::string misfits(QQuickItem* item, QQuickItem* within = nullptr) {
+    return textsThatDoNotFit(item, within ? within : item).join(" | ").toStdString();
+}
+
+// Ends the process when the main thread has not come back in 20 s: a frame whose layout feeds on
+// itself never ends, and only another thread can tell.
+struct Watchdog {
+    std::promise<void> back;
+    std::thread thread{[answer = back.get_future()] {
+        if (answer.wait_for(std::chrono::seconds(20)) == std::future_status::ready) return;
+        std::fputs("Watchdog: the event loop did not come back in 20 s\n", stderr);
+        std::_Exit(1);
+    }};
+    ~Watchdog() { back.set_value(), thread.join(); }
+};
+
 class MappingListViewTest : public ::testing::Test {
 protected:
     UiHarness ui;
@@ -38,6 +77,15 @@ protected:
     QQuickItem* row(int i) { return ui.find(QStringLiteral("mappingRow%1").arg(i)); }
     QQuickItem* inRow(int i, const char* name) { return childNamed(row(i), QString::fromLatin1(name)); }
     QString sheetTitle() { return ui.shown("sheetTitle") ? ui.read("sheetTitle", "text").toString() : QString(); }
+    // Where the sheet's fixed parts are, as text: switching Block and Remap must move none of them.
+    std::string sheetPlaces() {
+        std::string places;
+        for (const char* name : {"sheetTitle", "sourceRecorder", "targetTypeControl", "cancelButton", "primaryButton"}) {
+            const QRectF rect = ui.find(name)->mapRectToItem(ui.find("mappingSheet"), ui.find(name)->boundingRect());
+            places += QStringLiteral("%1: %2,%3 %4x%5; ").arg(name).arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height()).toStdString();
+        }
+        return places;
+    }
     QString recorderText(const char* recorder) {
         return childNamed(ui.find(recorder), QStringLiteral("recorderText"))->property("text").toString();
     }
@@ -198,16 +246,55 @@ TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
     }
 }
 
-TEST_F(MappingListViewTest, theGearAndThePanelOpenAndCloseTheSettingsPopover) {
-    ui.click(ui.find("settingsButton"));
-    EXPECT_TRUE(ui.shown("settingsPanel"));
-    ui.screenshot(QStringLiteral("config-settings"));
-    ui.click(ui.find("settingsButton"));
+TEST_F(MappingListViewTest, inTheSmallestWindowTheGearTogglesTheSettingsWholeOverItsTooltipAndTheWindowKeepsDrawing) {
+    QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
+    ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(450, 300)));
+    ui.click(ui.find("settingsButton"), UiHarness::Mouse::hover);
+    QObject* tooltip = nullptr;  // the tooltip that every control shares, made when first shown
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        for (QObject* object : ui.view()->engine()->findChildren<QObject*>())
+            if (object->inherits("QQuickToolTip")) tooltip = object;
+        return tooltip && tooltip->property("visible").toBool();
+    }));
+    ASSERT_TRUE(tooltip);
+    {
+        Watchdog watchdog;
+        ui.click(ui.find("settingsButton"));  // which draws a frame
+    }
+    ASSERT_TRUE(ui.shown("settingsPanel"));
+    QQuickItem* panel = ui.find("settingsPanel");
+    const QRect popover = panel->window()->geometry();
+    EXPECT_TRUE(ui.view()->screen()->availableGeometry().contains(popover));
+    EXPECT_GE(popover.height(), panel->implicitHeight());
+    EXPECT_FALSE(tooltip->property("visible").toBool());
+    ui.screenshot(QStringLiteral("config-settings-smallest"));
+    ui.click(ui.find("settingsButton"));  // the gear again, or the panel, closes it
     EXPECT_FALSE(ui.shown("settingsPanel"));
     ui.click(ui.find("settingsButton"));
-    QMetaObject::invokeMethod(ui.find("settingsPanel"), "dismissRequested");
+    QMetaObject::invokeMethod(panel, "dismissRequested");
     ui.settle();
     EXPECT_FALSE(ui.shown("settingsPanel"));
+}
+
+// The design's sizes: the window at its smallest, the sheet, the settings popover and the picker.
+TEST_F(MappingListViewTest, everyFixedTextFitsAtTheDesignsSizes) {
+    ui.view()->resize(450, 300);
+    ui.settle();
+    EXPECT_EQ(misfits(ui.view()->contentItem()), "");
+    use({mapping(KeyCode::capsLock, TargetAction::combination(KeyCode::k, {.command = true, .option = true, .control = true, .shift = true}))});
+    EXPECT_EQ(misfits(ui.view()->contentItem()), "");
+    ui.click(ui.find("settingsButton"));
+    EXPECT_EQ(misfits(ui.find("settingsPanel")->window()->contentItem()), "");
+    ui.click(ui.find("settingsButton"));
+    ui.click(ui.find("addMappingButton"));
+    for (const char* segment : {"segmentBlock", "segmentRemap"}) {
+        EXPECT_EQ(misfits(ui.find("mappingSheet")), "");
+        ui.click(ui.find(segment));
+    }
+    ui.click(childNamed(ui.find("targetRecorder"), QStringLiteral("pickButton")));
+    QQuickItem* picker = ui.find("categoryTabs")->window()->contentItem();
+    for (const char* part : {"searchField", "categoryTabs", "modifierRow"})
+        EXPECT_EQ(misfits(ui.find(part), picker), "") << part;
 }
 
 TEST_F(MappingListViewTest, tabReachesEveryControlInOrder) {
@@ -230,7 +317,7 @@ TEST_F(AddMappingViewTest, everyFocusableControlShowsItHasTheFocusInTheListTheSh
     EXPECT_EQ(controlsWithoutVisibleFocus(ui).join(' ').toStdString(), "");
 }
 
-TEST_F(AddMappingViewTest, aNewSheetOffersRemapShowsTheSourceAndReturnAddsABlockedKey) {
+TEST_F(AddMappingViewTest, aNewSheetOffersRemapBlockMovesNothingElseAndReturnAddsABlockedKey) {
     ui.click(ui.find("addMappingButton"));
     EXPECT_EQ(sheetTitle(), "New Mapping");
     EXPECT_EQ(ui.read("primaryButton", "text"), "Add Mapping");
@@ -240,7 +327,9 @@ TEST_F(AddMappingViewTest, aNewSheetOffersRemapShowsTheSourceAndReturnAddsABlock
     EXPECT_EQ(recorderText("targetRecorder"), "Press target key or combination...");
     ui.screenshot(QStringLiteral("sheet-new"));
 
+    const std::string underRemap = sheetPlaces();
     ui.click(ui.find("segmentBlock"));
+    EXPECT_EQ(sheetPlaces(), underRemap);
     EXPECT_FALSE(ui.read("segmentRemap", "checked").toBool() || ui.shown("targetRecorder"));
     EXPECT_EQ(ui.read("blockCaption", "text"), "The source key will be completely disabled.");
     EXPECT_TRUE(ui.shown("blockCaption"));

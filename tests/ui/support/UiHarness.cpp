@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQmlEngine>
 #include <QTest>
 
@@ -104,7 +105,18 @@ QImage UiHarness::screenshot(const QString& name, QQuickItem* inWindowOf) {
     QQuickWindow* window = inWindowOf ? inWindowOf->window() : view_.get();
     if (!window) return {};
     settle();
-    const QImage image = window->grabWindow();
+    QImage image = window->grabWindow();
+    std::vector<QQuickWindow*> shown{window};  // the main window with its open popovers over it
+    QRect area = window->geometry();
+    for (QWindow* other : QGuiApplication::topLevelWindows())
+        if (auto* popover = qobject_cast<QQuickWindow*>(other); !inWindowOf && popover && popover != window && popover->isVisible())
+            shown.push_back(popover), area |= popover->geometry();
+    if (shown.size() > 1) {
+        image = QImage(area.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        for (QQuickWindow* each : shown) painter.drawImage(each->geometry().topLeft() - area.topLeft(), each->grabWindow());
+    }
     QDir().mkpath(QStringLiteral(ORVANE_SCREENSHOT_DIR));
     image.save(QStringLiteral(ORVANE_SCREENSHOT_DIR "/") + name + QStringLiteral(".png"));
     return image;

@@ -50,7 +50,7 @@ public:
     // and lists are polished when one is drawn).
     void settle();
 
-    // Saves the main window, or the window showing inWindowOf (a popover, say), as
+    // Saves the main window with its open popovers over it, or only the window showing inWindowOf, as
     // <screenshot dir>/<name>.png and returns the picture.
     QImage screenshot(const QString& name, QQuickItem* inWindowOf = nullptr);
 
