@@ -55,6 +55,15 @@ int runOrvaneApp(int argc, char** argv) {
     // From the first moment on, a logout or kill quits in order (and so restores Caps Lock).
     installQuitRequestHandler([] { QApplication::quit(); });
 
+    // Another instance runs: wake it, ask it to open its configuration window, and leave before
+    // anything with effects (the store's Caps Lock decisions, its clear at quit, settings) exists.
+    auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
+    if (channel->isAnotherInstanceRunning()) {
+        channel->activateOtherInstance();
+        channel->postMessage(AppDelegate::openConfigurationMessage());
+        return 0;
+    }
+
     // The HID tool can be pointed elsewhere for tests; the application has no command line.
     if (const QString tool = qEnvironmentVariable("ORVANE_HIDUTIL"); !tool.isEmpty())
         MappingStore::installShared(std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil(tool)));
@@ -62,29 +71,20 @@ int runOrvaneApp(int argc, char** argv) {
     MessageBoxAlertPresenter alerts;
     DesktopUrlOpener urlOpener;
     TrayStatusBar statusBar(trayIconClickOpensMenu());
-    auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
     WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });
     AppDelegate delegate({UserDefaults::shared(), MappingStore::shared(), EventTapManager::shared(), UpdateChecker::shared(),
                           Accessibility::shared(), alerts, urlOpener, statusBar, *channel, windows,
                           [] { QApplication::quit(); }, &activateApplication, secureInputQuery()});
 
-    // Another instance runs: wake it, ask it to open its configuration window, and leave.
-    const bool secondInstance = channel->isAnotherInstanceRunning();
-    if (secondInstance) {
-        channel->activateOtherInstance();
-        channel->postMessage(AppDelegate::openConfigurationMessage());
-        QTimer::singleShot(0, &app, &QApplication::quit);
-    } else {
-        channel->listen();
-        delegate.applicationDidFinishLaunching();
-        installReopenHandler([&delegate] { delegate.applicationShouldHandleReopen(delegate.hasVisibleWindows()); });
-        installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });
-        // Without a system tray the item cannot show: open the window so the app is never invisible.
-        if (!statusBar.isAvailable()) delegate.openConfiguration();
-        // The start-up benchmark asks for the first frame's time and memory, then a quit.
-        if (const QString probe = qEnvironmentVariable("ORVANE_FIRST_FRAME_PROBE"); !probe.isEmpty() && delegate.configWindow())
-            reportFirstFrame(delegate.configWindow()->view(), probe);
-    }
+    channel->listen();
+    delegate.applicationDidFinishLaunching();
+    installReopenHandler([&delegate] { delegate.applicationShouldHandleReopen(delegate.hasVisibleWindows()); });
+    installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });
+    // Without a system tray the item cannot show: open the window so the app is never invisible.
+    if (!statusBar.isAvailable()) delegate.openConfiguration();
+    // The start-up benchmark asks for the first frame's time and memory, then a quit.
+    if (const QString probe = qEnvironmentVariable("ORVANE_FIRST_FRAME_PROBE"); !probe.isEmpty() && delegate.configWindow())
+        reportFirstFrame(delegate.configWindow()->view(), probe);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
 
     const int status = QApplication::exec();

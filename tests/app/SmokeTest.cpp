@@ -56,6 +56,7 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     ASSERT_TRUE(second.waitForFinished(60000));
     EXPECT_TRUE(second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0);
     EXPECT_FALSE(startsUp(second, secondOutput));  // no start-up in the second
+    EXPECT_FALSE(secondOutput.contains("HIDUtil")) << secondOutput.toStdString();  // nor any Caps Lock work
     EXPECT_EQ(first.state(), QProcess::Running);
     launch(third, other, /*underNohup=*/true);
     EXPECT_TRUE(startsUp(third, thirdOutput)) << thirdOutput.toStdString();

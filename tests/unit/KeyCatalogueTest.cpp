@@ -66,7 +66,6 @@ TEST(KeyCatalogue, spotRows) {
         {KeyCode::a, 0x00, "a", "A", "A", 0x700000004, letters, 1},
         {KeyCode::capsLock, 0x39, "capsLock", "Caps Lock", "\u21EA", 0x700000039, modifiers, 1},
         {KeyCode::deleteKey, 0x33, "delete", "Delete", "\u232B", 0x70000002A, special, 4},
-        {KeyCode::downArrow, 0x7D, "downArrow", "\u2193", "\u2193", 0x700000051, navigation, 4},
         {KeyCode::function, 0x3F, "function", "Fn", "fn", std::nullopt, modifiers, 10},
         {KeyCode::missionControl, 0xA0, "missionControl", "Mission Control", "\u2303\u2191", std::nullopt, media, 5},
     };
