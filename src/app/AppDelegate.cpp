@@ -73,8 +73,10 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    // Decisions still queued would land after the final clear; a hung tool is waited for only once.
+    services_.store.beginQuit();
     services_.tapManager.stopForGood();
-    services_.store.hidUtil().clearRemapping();
+    services_.store.clearHIDRemapping();
 }
 
 // While interception is off the HID layer holds no mapping of ours, and must not get one back.

@@ -117,6 +117,23 @@ TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTim
     EXPECT_TRUE(QTest::qWaitFor(childEnded, 10000)) << tool.childOfHungTool();
 }
 
+// A hung tool at quit: the running decision is ended, the queued ones never run, and of the two
+// clears (stopping, then on the way out) only the first waits, for one time-out at most.
+TEST_F(MappingStoreTest, quittingEndsTheDecisionsAndWaitsForAHungToolOnlyOnce) {
+    MappingStore store(*defaults, HIDUtil(tool.path(), 1));
+    tool.setHangs();
+    for (KeyCode target : {KeyCode::escape, KeyCode::tab, KeyCode::a}) store.setMappings({capsLockTo(TargetAction::key(target))});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tool.calls().size() == 1; }, 10000));  // the first one hangs
+    store.beginQuit();
+    store.clearHIDRemapping();
+    store.clearHIDRemapping();
+    const auto calls = tool.calls();
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[0].last(), remapTo(30064771113));
+    EXPECT_EQ(calls[1].last(), clearText);
+    EXPECT_EQ(lines.back(), "HIDUtil: Failed to clear remapping: error: not run, Orvane is quitting");
+}
+
 TEST_F(HIDUtilTest, aToolEndedByASignalFailsAndARunawayAnswerIsCut) {
     tool.setOutput("applied\n");
     tool.setCrashes();
