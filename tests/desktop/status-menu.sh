@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# The real application on a real desktop: under Xvfb with openbox and a tint2 panel (which has a
-# system tray), Orvane shows its status item; a right click opens its menu, which is saved as a
-# screenshot, and Ctrl+D typed into it opens the debugger. Exits 77 (skipped) when the desktop tools are missing.
+# The real application on a real desktop: under Xvfb with openbox and a dark tint2 panel (which has a
+# system tray), Orvane shows its status item, in light ink though Qt's palette is light; a right click
+# opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger. Exits
+# 77 (skipped) when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
@@ -25,7 +26,8 @@ for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.2; done
 [ -s "$work/display" ] || { echo "status-menu: Xvfb did not start"; exit 1; }
 export DISPLAY=:$(cat "$work/display")
 openbox >/dev/null 2>&1 & pids+=($!)
-tint2 >/dev/null 2>&1 & pids+=($!)
+printf 'rounded = 0\nbackground_color = #202020 100\npanel_background_id = 1\npanel_items = TS\n' >"$work/tint2rc"
+tint2 -c "$work/tint2rc" >/dev/null 2>&1 & pids+=($!)
 # The tray must be there before the application looks for one: wait until the panel owns the
 # tray selection, not merely until its window exists.
 tray_owned() {
@@ -49,7 +51,7 @@ instance=desktop-check-$$
 mkdir -p "$work/config/user.com"
 # A check done a moment ago: no update request from here.
 printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane-$instance.conf"
-QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true \
+QT_QPA_PLATFORM=xcb QT_QPA_PLATFORMTHEME=generic XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true \
   ORVANE_INSTANCE=$instance "$binary" >"$work/out.txt" 2>&1 & app=$! && pids+=($app)
 
 # The status item is the application's small window inside the panel's tray.
@@ -63,6 +65,8 @@ for _ in $(seq 300); do  # a slow machine under load may take a while to start a
 done
 [ -n "$icon" ] || { echo "status-menu: no status item appeared"; cat "$work/out.txt"; exit 1; }
 eval "$(xdotool getwindowgeometry --shell "$icon")"
+icon_box=${WIDTH}x${HEIGHT}+${X}+${Y}
+sleep 1  # the application reads the panel around its icon once the icon has held its place
 xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2)) click 3
 sleep 1.5
 
@@ -76,6 +80,8 @@ done
 eval "$(xdotool getwindowgeometry --shell "$menu")"
 mkdir -p "$(dirname "$output")"
 import -window root "$work/screen.png"
+ink=$(convert "$work/screen.png" -crop "$icon_box" -colorspace Gray -format '%[fx:int(255*maxima)]' info:)
+[ "$ink" -ge 160 ] || { echo "status-menu: the icon's lightest pixel is $ink of 255 on the dark panel"; exit 1; }
 # The menu with the panel and its tray below it.
 left=$((X - 20)); [ $left -lt 0 ] && left=0
 convert "$work/screen.png" -crop "$((1024 - left))x$((700 - Y + 10))+${left}+$((Y - 10))" +repage "$output"
