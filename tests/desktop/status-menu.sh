@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # The real application on a real desktop: under Xvfb with openbox and a dark tint2 panel (which has a
 # system tray), Orvane shows its status item, in light ink though Qt's palette is light; a right click
-# opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger. Exits
-# 77 (skipped) when the desktop tools are missing.
+# opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger; the key
+# picker gets no taskbar entry. Exits 77 (skipped) when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
 output=$2
-for tool in Xvfb openbox tint2 xdotool import convert python3; do
+for tool in Xvfb openbox tint2 xdotool xprop import convert python3; do
   command -v "$tool" >/dev/null || { echo "status-menu: $tool is not installed"; exit 77; }
 done
 
@@ -91,5 +91,19 @@ xdotool key ctrl+d
 debugger() { xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1; }
 for _ in $(seq 50); do debugger && break; sleep 0.2; done
 debugger || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
+# The key picker is a window of its own that no panel lists: the window manager manages (and
+# _NET_CLIENT_LIST names) the debugger and the configuration window, never the picker.
+managed() { for w in $(xprop -root _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do xprop -id "$w" WM_CLASS | grep -i orvane; done | wc -l; }
+shown() { xdotool search --onlyvisible --class orvane 2>/dev/null | wc -l; }
+# A second launch hands over: the running Orvane opens its configuration window.
+QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_INSTANCE=$instance "$binary" >/dev/null 2>&1
+for _ in $(seq 50); do config=$(xdotool search --onlyvisible --name '^Orvane$' 2>/dev/null) && break; sleep 0.2; done
+sleep 1
+windows=$(managed) before=$(shown)
+# In the window's first size (500x400): "Add Mapping" at its top right, then the source key's "Pick...".
+xdotool mousemove --window "$config" 430 27 click 1 sleep 1.5 mousemove --window "$config" 348 143 click 1
+for _ in $(seq 25); do [ "$(shown)" -gt "$before" ] && break; sleep 0.2; done
+[ "$(shown)" -gt "$before" ] || { echo "status-menu: the key picker did not open"; exit 1; }
+[ "$(managed)" -eq "$windows" ] || { echo "status-menu: the key picker is a managed window, with a taskbar entry"; exit 1; }
 # An orderly quit; in the sanitizer build a leak report also makes the exit status non-zero.
 kill -TERM "$app"; wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }
