@@ -70,7 +70,7 @@ int runOrvaneApp(int argc, char** argv) {
 
     MessageBoxAlertPresenter alerts;
     DesktopUrlOpener urlOpener;
-    TrayStatusBar statusBar(trayIconClickOpensMenu());
+    TrayStatusBar statusBar(trayIconClickOpensMenu(), &trayPanelLightness);
     WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });
     AppDelegate delegate({UserDefaults::shared(), MappingStore::shared(), EventTapManager::shared(), UpdateChecker::shared(),
                           Accessibility::shared(), alerts, urlOpener, statusBar, *channel, windows,
