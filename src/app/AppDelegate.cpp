@@ -73,6 +73,8 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    // A launch from now on must not hand over to an instance that is going: it waits and runs itself.
+    services_.instanceChannel.stopListening();
     services_.tapManager.stopForGood();
     services_.store.hidUtil().clearRemapping();
 }

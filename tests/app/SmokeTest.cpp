@@ -1,5 +1,5 @@
-// The real binary as a private instance: start-up, handover to a second launch, SIGHUP ignored under nohup,
-// and an orderly quit on SIGTERM.
+// The real binary as a private instance: start-up, the single instance (handover, launches at once, a
+// launch during a slow quit), SIGHUP ignored under nohup, and an orderly quit on SIGTERM.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -10,24 +10,28 @@
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <csignal>
 
-TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
+namespace {
+
+class Smoke : public ::testing::Test {
+protected:
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
-    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid()), other = instance + "-other";
-    const auto settingsOf = [&](const QString& name) { return config.filePath("user.com/Orvane-" + name + ".conf"); };
-    // A check done a moment ago: no update request. The first instance finds a Caps Lock remapping
-    // left by an earlier run, which it clears in its own settings.
-    QDir().mkpath(config.filePath("user.com"));
-    for (const QString& name : {instance, other}) {
+    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
+
+    QString settingsOf(const QString& name) const { return config.filePath("user.com/Orvane-" + name + ".conf"); }
+    // A check done a moment ago: no update request.
+    void prepare(const QString& name, bool capsLockRemapped = false) {
+        QDir().mkpath(config.filePath("user.com"));
         QSettings settings(settingsOf(name), QSettings::IniFormat);
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
-        settings.setValue("Orvane.CapsLockHIDRemapped", name == instance);
+        settings.setValue("Orvane.CapsLockHIDRemapped", capsLockRemapped);
     }
-    const auto launch = [&](QProcess& process, const QString& name, bool underNohup = false) {
+    void launch(QProcess& process, const QString& name, bool underNohup = false) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         environment.insert("QT_QUICK_BACKEND", "software");
@@ -37,16 +41,29 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
         process.setProcessEnvironment(environment);
         if (underNohup) process.start(QStringLiteral("nohup"), {ORVANE_BINARY});
         else process.start(ORVANE_BINARY, {});
-    };
+    }
     // Reads standard output until the start-up line shows or the process ends.
-    const auto startsUp = [](QProcess& process, QByteArray& output) {
+    static bool startsUp(QProcess& process, QByteArray& output) {
         for (int i = 0; i < 1200 && !output.contains("Event tap started successfully"); ++i) {
             process.waitForReadyRead(100);
             output += process.readAllStandardOutput();
             if (process.state() == QProcess::NotRunning) break;
         }
         return output.contains("Event tap started successfully");
-    };
+    }
+    static bool quitsInOrder(QProcess& process) {
+        process.terminate();
+        return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+};
+
+}  // namespace
+
+TEST_F(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
+    // The first instance finds a Caps Lock remapping left by an earlier run, which it clears in its own settings.
+    const QString other = instance + "-other";
+    prepare(instance, true);
+    prepare(other);
 
     QProcess first, second, third;
     QByteArray firstOutput, secondOutput, thirdOutput;
@@ -62,18 +79,50 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
     EXPECT_TRUE(startsUp(third, thirdOutput)) << thirdOutput.toStdString();
     ::kill(static_cast<pid_t>(third.processId()), SIGHUP);  // a closed terminal: nohup's promise holds
     EXPECT_FALSE(third.waitForFinished(1500));
-    third.terminate();
-    ASSERT_TRUE(third.waitForFinished(60000));
+    EXPECT_TRUE(quitsInOrder(third));
 
     const auto clearsBefore = tool.calls().size();
-    first.terminate();  // SIGTERM
-    ASSERT_TRUE(first.waitForFinished(60000));
+    EXPECT_TRUE(quitsInOrder(first));
     firstOutput += first.readAllStandardOutput();
-    EXPECT_TRUE(first.exitStatus() == QProcess::NormalExit && first.exitCode() == 0);
     EXPECT_TRUE(firstOutput.contains("Event tap stopped\n")) << firstOutput.toStdString();
     const auto calls = tool.calls();
     ASSERT_GE(calls.size(), clearsBefore + 2);  // stopping the tap, then once more on the way out
     EXPECT_EQ(calls.back().last(), R"({"UserKeyMapping":[]})");
     EXPECT_FALSE(QSettings(settingsOf(instance), QSettings::IniFormat).value("Orvane.CapsLockHIDRemapped").toBool());
     EXPECT_FALSE(QFile::exists(config.filePath("user.com/Orvane.conf")));  // the user's own settings file
+}
+
+TEST_F(Smoke, ofFiveLaunchesAtOnceOneRunsAndTheOthersHandOverToIt) {
+    prepare(instance);
+    for (int round = 0; round < 3; ++round) {
+        QProcess launches[5];
+        for (QProcess& process : launches) launch(process, instance);
+        const auto ended = [&] { return std::count_if(launches, launches + 5, [](QProcess& p) { return p.state() == QProcess::NotRunning; }); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ended() >= 4; }, 60000));
+        QTest::qWait(1000);
+        ASSERT_EQ(ended(), 4) << "round " << round;
+        for (QProcess& process : launches) {
+            if (process.state() == QProcess::NotRunning) {
+                EXPECT_TRUE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0);
+            } else {
+                EXPECT_TRUE(quitsInOrder(process));
+            }
+        }
+    }
+}
+
+TEST_F(Smoke, aLaunchWhileTheInstanceQuitsSlowlyWaitsForItAndThenRuns) {
+    prepare(instance);
+    QProcess first, second;
+    QByteArray firstOutput, secondOutput;
+    launch(first, instance);
+    ASSERT_TRUE(startsUp(first, firstOutput)) << firstOutput.toStdString();
+    tool.setSlow();
+    const auto callsBefore = tool.calls().size();
+    first.terminate();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tool.calls().size() > callsBefore; }, 30000));  // its quit is under way
+    launch(second, instance);
+    EXPECT_TRUE(startsUp(second, secondOutput)) << secondOutput.toStdString();
+    EXPECT_TRUE(first.waitForFinished(60000));
+    EXPECT_TRUE(quitsInOrder(second));
 }

@@ -19,6 +19,7 @@ public:
               "printf '%s\\n' \"$@\" '<end of call>' >> calls\n"
               "cat stdout 2>/dev/null; cat stderr >&2 2>/dev/null\n"
               "[ -f crash ] && kill -KILL $$\n"
+              "[ -f slow ] && sleep 2\n"
               "[ -f hang ] && { sleep 60 & echo $! > child; exec sleep 60; }\n"
               "exit 0\n");
         QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -38,6 +39,8 @@ public:
         QFile file(dir_.filePath(QStringLiteral("child")));
         return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
     }
+    // From now on each run of the tool takes two seconds.
+    void setSlow() { write("slow", ""); }
     // From now on the tool kills itself with SIGKILL after printing.
     void setCrashes() { write("crash", ""); }
 
