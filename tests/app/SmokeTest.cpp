@@ -1,5 +1,6 @@
 // The real binary as a private instance: start-up, the single instance (handover, launches at once, a
-// launch during a slow quit), SIGHUP ignored under nohup, and an orderly quit on SIGTERM.
+// launch during a slow quit), settings that are no file, SIGHUP ignored under nohup, and an orderly
+// quit on SIGTERM.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -125,4 +127,18 @@ TEST_F(Smoke, aLaunchWhileTheInstanceQuitsSlowlyWaitsForItAndThenRuns) {
     EXPECT_TRUE(startsUp(second, secondOutput)) << secondOutput.toStdString();
     EXPECT_TRUE(first.waitForFinished(60000));
     EXPECT_TRUE(quitsInOrder(second));
+}
+
+TEST_F(Smoke, settingsThatAreAFifoAreUnreadableAndLeftAsTheyAre) {
+    QDir().mkpath(config.filePath("user.com"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(settingsOf(instance)).constData(), 0600), 0);
+    QProcess process;
+    QByteArray output;
+    launch(process, instance);
+    ASSERT_TRUE(startsUp(process, output)) << output.toStdString();  // not stuck opening it
+    EXPECT_TRUE(quitsInOrder(process));
+    output += process.readAllStandardOutput();
+    EXPECT_TRUE(output.contains("UserDefaults: Cannot read " + QFile::encodeName(settingsOf(instance)) + ", starting without"));
+    struct stat status {};
+    EXPECT_TRUE(::stat(QFile::encodeName(settingsOf(instance)).constData(), &status) == 0 && S_ISFIFO(status.st_mode));
 }
