@@ -109,15 +109,19 @@ TEST_F(RecorderViewTest, whileRecordingTheFrameIsHighlightedUntilTheFirstKeyEnds
     EXPECT_EQ(border->property("width").toInt(), 1);
 }
 
-TEST_F(RecorderViewTest, leavingTheScreenEndsTheRecordingAndResumesTheMainTap) {
+TEST_F(RecorderViewTest, leavingTheScreenWithItsItemOrItsWindowEndsTheRecordingAndResumesTheMainTap) {
     ASSERT_TRUE(ui.manager().start());
     showField(false);
-    ui.click(ui.find("recordButton"));
-    ASSERT_FALSE(ui.manager().isRunning());
-    ui.find("recorderView")->setVisible(false);
-    ui.settle();
-    EXPECT_FALSE(field->isRecording());
-    EXPECT_TRUE(ui.manager().isRunning());
+    for (const bool byWindow : {false, true}) {
+        ui.click(ui.find("recordButton"));
+        ASSERT_FALSE(ui.manager().isRunning());
+        if (byWindow) ui.view()->close();
+        else ui.find("recorderView")->setVisible(false);
+        ui.settle();
+        EXPECT_FALSE(field->isRecording()) << byWindow;
+        EXPECT_TRUE(ui.manager().isRunning()) << byWindow;
+        ui.find("recorderView")->setVisible(true);
+    }
 }
 
 // Which keys a search finds: the picker model's tests.
