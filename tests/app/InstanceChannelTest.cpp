@@ -17,7 +17,7 @@ QString uniqueName() { return QStringLiteral("orvane-test-") + QUuid::createUuid
 
 }  // namespace
 
-TEST(InstanceChannel, oneClaimsTheOtherHandsOverUntilTheFirstQuitsAndRunsOnceTheFirstIsGone) {
+TEST(InstanceChannel, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone) {
     const QString name = uniqueName();
     auto first = std::make_unique<LocalSocketInstanceChannel>(name);
     LocalSocketInstanceChannel second(name);
@@ -35,8 +35,6 @@ TEST(InstanceChannel, oneClaimsTheOtherHandsOverUntilTheFirstQuitsAndRunsOnceThe
     ASSERT_EQ(messages.count(), 1);
     EXPECT_EQ(messages[0][0].toByteArray(), longest);
 
-    first->stopListening();  // quitting: no handover, and still no second instance
-    EXPECT_FALSE(second.postMessage("hello") || second.listen());
     first.reset();
     EXPECT_TRUE(second.listen());
 }

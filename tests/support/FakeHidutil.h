@@ -39,8 +39,7 @@ public:
         QFile file(dir_.filePath(QStringLiteral("child")));
         return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
     }
-    // From now on each run of the tool takes two seconds.
-    void setSlow() { write("slow", ""); }
+    void setSlow() { write("slow", ""); }  // from now on each run takes two seconds
     // From now on the tool kills itself with SIGKILL after printing.
     void setCrashes() { write("crash", ""); }
 
