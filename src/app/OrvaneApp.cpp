@@ -14,9 +14,9 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QIcon>
-#include <QDeadlineTimer>
 #include <QQuickView>
 #include <QThread>
 #include <QTimer>
