@@ -73,6 +73,8 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    // A launch from now on must not hand over to an instance that is going: it waits and runs itself.
+    services_.instanceChannel.stopListening();
     // Decisions still queued would land after the final clear; a hung tool is waited for only once.
     services_.store.beginQuit();
     services_.tapManager.stopForGood();

