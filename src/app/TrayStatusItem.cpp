@@ -17,7 +17,9 @@ QIcon templateIcon(const QString& iconName, const QColor& color) {
 
 QIcon panelIcon(const QString& iconName, const QPalette& palette, std::optional<int> panelLightness) {
     const QList<int> sizes = {16, 22, 32, 44, 64};
-    if (QIcon::hasThemeIcon(themedStatusIconName)) {
+    // A panel that could be read is the surest guide: a theme's symbolic icon is drawn for the
+    // theme's own panel, which an XEmbed tray on another panel need not be.
+    if (!panelLightness && QIcon::hasThemeIcon(themedStatusIconName)) {
         const QIcon themed = QIcon::fromTheme(themedStatusIconName);
         if (iconName == statusIconName(true)) return themed;
         QIcon dimmed;

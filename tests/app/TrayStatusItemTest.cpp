@@ -63,6 +63,7 @@ TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstTheP
     QIcon::setThemeSearchPaths({themes.path()});
     QIcon::setThemeName("plain");
     EXPECT_EQ(panelIcon("keyboard.fill", QPalette()).name(), themedStatusIconName);
+    EXPECT_NE(panelIcon("keyboard.fill", QPalette(), 30).name(), themedStatusIconName);  // a panel read wins
 
     QIcon::setThemeName("absent");
     // Against the palette's window, or against the panel where its lightness is known (here the opposite).
