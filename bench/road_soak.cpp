@@ -48,8 +48,9 @@ std::vector<KeyMapping> listAfter(std::size_t changes) {
                                     TargetAction::block()};
     auto list = hundredMappings(targets[changes % 3]);
     if (changes % 2 == 1) {
-        list.insert(list.begin(), KeyMapping{Uuid::random(), SourceKey::system(SystemKeyID::playPause), TargetAction::key(KeyCode::f8), true});
-        list.insert(list.begin(), KeyMapping{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true});
+        const SourceKey playPauseKey = SourceKey::system(SystemKeyID::playPause), capsLockKey = SourceKey::regular(KeyCode::capsLock);
+        list.insert(list.begin(), KeyMapping{Uuid::random(), playPauseKey, TargetAction::key(KeyCode::f8), true});
+        list.insert(list.begin(), KeyMapping{Uuid::random(), capsLockKey, TargetAction::key(KeyCode::escape), true});
     }
     return list;
 }
