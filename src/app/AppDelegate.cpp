@@ -73,8 +73,12 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    // A launch from now on must not hand over to an instance that is going: it waits and runs itself.
+    services_.instanceChannel.stopListening();
+    // Decisions still queued would land after the final clear; a hung tool is waited for only once.
+    services_.store.beginQuit();
     services_.tapManager.stopForGood();
-    services_.store.hidUtil().clearRemapping();
+    services_.store.clearHIDRemapping();
 }
 
 // While interception is off the HID layer holds no mapping of ours, and must not get one back.

@@ -67,7 +67,7 @@ public:
     void applicationDidFinishLaunching();
     // The user reopened the running application. Always true.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
-    // Quit: stops the tap and restores Caps Lock, whether or not the tap was running.
+    // Quit: takes no more handovers, stops the tap and restores Caps Lock, whether or not the tap was running.
     void applicationWillTerminate();
     // The HID layer may have lost the user key mapping: while interception runs, the store decides
     // Caps Lock again (and so applies it again).

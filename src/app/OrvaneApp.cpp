@@ -14,9 +14,11 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QIcon>
 #include <QQuickView>
+#include <QThread>
 #include <QTimer>
 
 namespace orvane {
@@ -40,6 +42,27 @@ void reportFirstFrame(QQuickWindow& window, const QString& path) {
     });
 }
 
+// How long a launch waits for an instance that has begun quitting to be gone: a quit may run the HID
+// tool twice, each run up to its time limit.
+constexpr int quittingInstancePatienceMs = 30000;
+constexpr int claimRetryMs = 50;
+
+enum class Claim { ours, handedOver, noAnswer };
+
+// Of launches at the same moment, one claims the instance and the others hand over to it. An instance
+// that is quitting still holds its claim but takes no message: then this launch tries again until it
+// is gone. The same holds for the moment between another launch's claim and its first message taken.
+Claim claimOrHandOver(InstanceChannel& channel) {
+    const QDeadlineTimer patience(quittingInstancePatienceMs);
+    for (;;) {
+        if (channel.listen()) return Claim::ours;
+        channel.activateOtherInstance();
+        if (channel.postMessage(AppDelegate::openConfigurationMessage())) return Claim::handedOver;
+        if (patience.hasExpired()) return Claim::noAnswer;
+        QThread::msleep(claimRetryMs);
+    }
+}
+
 }  // namespace
 
 int runOrvaneApp(int argc, char** argv) {
@@ -52,17 +75,14 @@ int runOrvaneApp(int argc, char** argv) {
     // Every window carries the icon; Wayland compositors take it from the desktop entry this names.
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/app/orvane.svg")));
     QApplication::setDesktopFileName(QStringLiteral("com.user.Orvane"));
-    // From the first moment on, a logout or kill quits in order (and so restores Caps Lock).
-    installQuitRequestHandler([] { QApplication::quit(); });
 
     // Another instance runs: wake it, ask it to open its configuration window, and leave before
     // anything with effects (the store's Caps Lock decisions, its clear at quit, settings) exists.
+    // Until then a logout or kill simply ends the process.
     auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
-    if (channel->isAnotherInstanceRunning()) {
-        channel->activateOtherInstance();
-        channel->postMessage(AppDelegate::openConfigurationMessage());
-        return 0;
-    }
+    if (const Claim claim = claimOrHandOver(*channel); claim != Claim::ours) return claim == Claim::handedOver ? 0 : 1;
+    // From now on, a logout or kill quits in order (and so restores Caps Lock).
+    installQuitRequestHandler([] { QApplication::quit(); });
 
     // The HID tool can be pointed elsewhere for tests; the application has no command line.
     if (const QString tool = qEnvironmentVariable("ORVANE_HIDUTIL"); !tool.isEmpty())
@@ -70,13 +90,12 @@ int runOrvaneApp(int argc, char** argv) {
 
     MessageBoxAlertPresenter alerts;
     DesktopUrlOpener urlOpener;
-    TrayStatusBar statusBar(trayIconClickOpensMenu());
+    TrayStatusBar statusBar(trayIconClickOpensMenu(), &trayPanelLightness);
     WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });
     AppDelegate delegate({UserDefaults::shared(), MappingStore::shared(), EventTapManager::shared(), UpdateChecker::shared(),
                           Accessibility::shared(), alerts, urlOpener, statusBar, *channel, windows,
                           [] { QApplication::quit(); }, &activateApplication, secureInputQuery()});
 
-    channel->listen();
     delegate.applicationDidFinishLaunching();
     installReopenHandler([&delegate] { delegate.applicationShouldHandleReopen(delegate.hasVisibleWindows()); });
     installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });

@@ -1,5 +1,6 @@
 #include "app/TrayStatusItem.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
@@ -14,7 +15,7 @@ QIcon templateIcon(const QString& iconName, const QColor& color) {
     return icon;
 }
 
-QIcon panelIcon(const QString& iconName, const QPalette& palette) {
+QIcon panelIcon(const QString& iconName, const QPalette& palette, std::optional<int> panelLightness) {
     const QList<int> sizes = {16, 22, 32, 44, 64};
     if (QIcon::hasThemeIcon(themedStatusIconName)) {
         const QIcon themed = QIcon::fromTheme(themedStatusIconName);
@@ -23,7 +24,7 @@ QIcon panelIcon(const QString& iconName, const QPalette& palette) {
         for (int size : sizes) dimmed.addPixmap(themed.pixmap(QSize(size, size), QIcon::Disabled));
         return dimmed;
     }
-    const bool darkPanel = palette.color(QPalette::Window).lightness() < 128;
+    const bool darkPanel = panelLightness.value_or(palette.color(QPalette::Window).lightness()) < 128;
     return templateIcon(iconName, darkPanel ? QColor(0xE8, 0xE8, 0xE8) : QColor(0x30, 0x30, 0x30));
 }
 
@@ -42,9 +43,31 @@ QIcon dotIcon(const QString& dot, const QColor& color) {
     return QIcon(pixmap);
 }
 
+// Calls onChange when the application's palette or the desktop's theme changes.
+class PaletteWatch final : public QObject {
+public:
+    explicit PaletteWatch(std::function<void()> onChange) : onChange_(std::move(onChange)) { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange) onChange_();
+        return false;
+    }
+
+private:
+    std::function<void()> onChange_;
+};
+
 }  // namespace
 
-TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
+TrayStatusItem::TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePanel) : probe_(std::move(probePanel)) {
+    probeTimer_.setInterval(500);
+    QObject::connect(&probeTimer_, &QTimer::timeout, [this] { this->probePanel(); });
+    // A theme change reaches every window: the timer restarting folds them into one probe.
+    paletteWatch_ = std::make_unique<PaletteWatch>([this] {
+        showIcon();
+        startProbing();
+    });
     tray_.setContextMenu(&menu_);
     menu_.installEventFilter(&shortcuts_);
     // Rebuild the items in place just before showing; the menu object itself never changes.
@@ -61,9 +84,39 @@ TrayStatusItem::TrayStatusItem(bool clickOpensMenu) {
 TrayStatusItem::~TrayStatusItem() { tray_.hide(); }
 
 void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleDescription) {
-    tray_.setIcon(panelIcon(iconName, QGuiApplication::palette()));
+    iconName_ = iconName;
+    showIcon();
     tray_.setToolTip(accessibleDescription);
-    if (!tray_.isVisible()) tray_.show();  // shown once it has an icon to show
+    if (tray_.isVisible()) return;
+    tray_.show();  // shown once it has an icon to show
+    startProbing();
+}
+
+void TrayStatusItem::showIcon() {
+    if (!iconName_.isEmpty()) tray_.setIcon(panelIcon(iconName_, QGuiApplication::palette(), panelLightness_));
+}
+
+void TrayStatusItem::startProbing() {
+    if (!probe_ || !tray_.isVisible()) return;
+    probedGeometry_ = QRect();
+    probesLeft_ = 20;
+    probeTimer_.start();
+}
+
+// The tray places the icon some time after it is shown (before that, its geometry is wherever the
+// unembedded window sits): read the panel once the geometry has held for one tick, so the panel has
+// drawn around the icon, and again if it moves during the next ten seconds.
+void TrayStatusItem::probePanel() {
+    if (--probesLeft_ <= 0) probeTimer_.stop();
+    const QRect geometry = tray_.geometry();
+    const bool settled = geometry.isValid() && geometry == lastGeometry_;
+    lastGeometry_ = geometry;
+    if (!settled || geometry == probedGeometry_) return;
+    probedGeometry_ = geometry;
+    const std::optional<int> lightness = probe_(geometry);
+    if (lightness == panelLightness_) return;
+    panelLightness_ = lightness;
+    showIcon();
 }
 
 void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {

@@ -6,13 +6,21 @@
 
 #include <QMenu>
 #include <QSystemTrayIcon>
+#include <QTimer>
+
+#include <optional>
 
 namespace orvane {
+
+// The panel's lightness around the icon at a screen rectangle, where it can be read (trayPanelLightness()).
+using PanelLightnessProbe = std::function<std::optional<int>(const QRect& iconGeometry)>;
 
 class TrayStatusItem final : public StatusItem {
 public:
     // clickOpensMenu: the platform opens the menu on a click itself (trayIconClickOpensMenu()).
-    explicit TrayStatusItem(bool clickOpensMenu);
+    // probePanel: read once the icon has its place in the panel, and again when the palette or
+    // theme changes; while it tells nothing, the icon is inked against the palette.
+    explicit TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePanel = {});
     ~TrayStatusItem() override;
 
     void setIcon(const QString& iconName, const QString& accessibleDescription) override;
@@ -21,20 +29,34 @@ public:
     QMenu& menu() { return menu_; }
 
 private:
+    void startProbing();
+    void probePanel();
+    void showIcon();
+
     QSystemTrayIcon tray_;
     QMenu menu_;
     MenuShortcuts shortcuts_;
     std::function<void()> menuWillOpen_;
+    PanelLightnessProbe probe_;
+    QTimer probeTimer_;
+    int probesLeft_ = 0;
+    QRect lastGeometry_;
+    QRect probedGeometry_;
+    std::optional<int> panelLightness_;
+    std::unique_ptr<QObject> paletteWatch_;
+    QString iconName_;
 };
 
 class TrayStatusBar final : public StatusBar {
 public:
-    explicit TrayStatusBar(bool clickOpensMenu) : clickOpensMenu_(clickOpensMenu) {}
+    TrayStatusBar(bool clickOpensMenu, PanelLightnessProbe probePanel)
+        : clickOpensMenu_(clickOpensMenu), probePanel_(std::move(probePanel)) {}
     bool isAvailable() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
-    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<TrayStatusItem>(clickOpensMenu_); }
+    std::unique_ptr<StatusItem> createItem() override { return std::make_unique<TrayStatusItem>(clickOpensMenu_, probePanel_); }
 
 private:
     bool clickOpensMenu_;
+    PanelLightnessProbe probePanel_;
 };
 
 // Our monochrome icon as a mask image (a platform that tints template images tints it).
@@ -45,7 +67,8 @@ inline const QString themedStatusIconName = QStringLiteral("input-keyboard-symbo
 
 // The status icon for a panel. Where the icon theme has themedStatusIconName, the theme's icon, which
 // follows the desktop's light or dark look and which a StatusNotifier host recolours for its panel (while
-// stopped, dimmed); otherwise ours, as a template image in dark or light ink against the palette's window.
-QIcon panelIcon(const QString& iconName, const QPalette& palette);
+// stopped, dimmed); otherwise ours, as a template image in dark or light ink against the panel's
+// lightness where it is known, else against the palette's window.
+QIcon panelIcon(const QString& iconName, const QPalette& palette, std::optional<int> panelLightness = std::nullopt);
 
 }  // namespace orvane

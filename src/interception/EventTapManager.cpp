@@ -48,7 +48,7 @@ void EventTapManager::stop() {
     tap_.uninstall(events_);
     setRunning(false);
     // Caps Lock works normally again; the store's flags stay, so the next start re-applies them.
-    store_.hidUtil().clearRemapping();
+    store_.clearHIDRemapping();
     diagnostics::printLine("Event tap stopped");
 }
 

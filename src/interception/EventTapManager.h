@@ -37,7 +37,8 @@ public:
 
     // True when interception runs afterwards (also when it already ran).
     Q_INVOKABLE bool start();
-    // Also takes the Caps Lock remapping out of the HID layer, waiting for the tool.
+    // Also takes the Caps Lock remapping out of the HID layer, after the Caps Lock decisions already
+    // queued, and returns once the tool is done (the event loop turns meanwhile).
     Q_INVOKABLE void stop();
     // Stops for the rest of the process (quitting): every later start() is refused, so nothing that
     // ends afterwards, such as a recording, can start interception after the final clear.

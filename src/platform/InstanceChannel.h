@@ -1,4 +1,4 @@
-// Single-instance handover: a later launch finds the running instance, wakes it and hands it a short
+// Single-instance handover: one launch claims the instance, a later launch wakes it and hands it a short
 // message; the running instance listens for messages. What a message means is the application's.
 #pragma once
 
@@ -15,16 +15,18 @@ public:
 
     using QObject::QObject;
 
-    // True when another instance for this user runs. An instance that listens never counts itself.
-    virtual bool isAnotherInstanceRunning() = 0;
     // Brings the other instance to the front, where the platform lets one process do that for another.
     virtual void activateOtherInstance() = 0;
     // Sends one message to the other instance; false when nothing received it, or when the message is
     // empty or longer than maxMessageSize.
     virtual bool postMessage(const QByteArray& message) = 0;
     // Makes this the running instance: from now on each message from a later launch emits
-    // messageReceived(). False when another instance already holds the channel.
+    // messageReceived(). False when another instance already holds the channel. The check and the
+    // claim are one step: of launches at the same moment, one gets true.
     virtual bool listen() = 0;
+    // For an instance that has begun quitting: no more messages are taken, yet the claim holds until
+    // this object or the process ends, so a later launch neither hands over to it nor runs beside it.
+    virtual void stopListening() = 0;
 
 signals:
     // Main thread, once per message received, with the message's bytes as sent.

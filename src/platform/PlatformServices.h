@@ -5,9 +5,11 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QRect>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace orvane {
 
@@ -37,5 +39,10 @@ void activateApplication();
 // Whether a click on the system tray icon opens its menu by itself (a menu-bar item does); where it
 // does not, the application opens the menu on a click.
 bool trayIconClickOpensMenu();
+
+// The lightness (0-255, as QColor::lightness) of the panel around a tray icon that sits at iconGeometry
+// (screen coordinates), read from the screen just outside the icon; nothing where that cannot be read
+// (no X11 screen, an icon not yet placed in its panel).
+std::optional<int> trayPanelLightness(const QRect& iconGeometry);
 
 }  // namespace orvane

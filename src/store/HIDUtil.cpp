@@ -24,7 +24,11 @@ QString HIDUtil::remapText(std::uint64_t source, std::uint64_t destination) {
            QStringLiteral(R"(,"HIDKeyboardModifierMappingDst":)") + QString::number(destination) + QStringLiteral("}]}");
 }
 
-QString HIDUtil::runHidutil(const QStringList& arguments) const {
+QString HIDUtil::runHidutil(const QStringList& arguments, ToolRunControl* control) const {
+    ToolRunControl unlimited;
+    if (!control) control = &unlimited;
+    const auto allowance = control->allowance(std::chrono::seconds(timeoutSeconds_));
+    if (!allowance) return QStringLiteral("error: not run, Orvane is quitting");
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProgram(toolPath_);
@@ -37,12 +41,19 @@ QString HIDUtil::runHidutil(const QStringList& arguments) const {
         print(QStringLiteral("HIDUtil: Failed to run hidutil: ") + description);
         return QStringLiteral("error: ") + description;
     }
-    // A hung tool must not hold up Caps Lock decisions or quitting for ever.
-    if (!process.waitForFinished(timeoutSeconds_ * 1000)) {
-        ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
+    const auto processGroup = static_cast<pid_t>(process.processId());
+    if (!control->track(processGroup)) {
         process.waitForFinished(-1);
-        return QStringLiteral("error: timed out after %1 seconds").arg(timeoutSeconds_);
+        return QStringLiteral("error: not run, Orvane is quitting");
     }
+    // A hung tool must not hold up Caps Lock decisions or quitting for ever.
+    const bool finished = process.waitForFinished(static_cast<int>(allowance->count()));
+    if (!finished) ::kill(-processGroup, SIGKILL);
+    process.waitForFinished(-1);
+    control->untrack();
+    if (!finished && *allowance < std::chrono::seconds(timeoutSeconds_))
+        return QStringLiteral("error: stopped when the time to quit ran out");
+    if (!finished) return QStringLiteral("error: timed out after %1 seconds").arg(timeoutSeconds_);
     // A tool ended by a signal applied nothing we can trust, whatever it printed first.
     if (process.exitStatus() == QProcess::CrashExit) return QStringLiteral("error: the tool was ended by a signal");
     // The tool's answer is a line or two; a runaway one is cut rather than carried into the log.
@@ -53,7 +64,7 @@ QString HIDUtil::runHidutil(const QStringList& arguments) const {
     return text;
 }
 
-bool HIDUtil::remapCapsLock(KeyCode target) const {
+bool HIDUtil::remapCapsLock(KeyCode target, ToolRunControl* control) const {
     auto usage = hidUsage(target);
     if (!usage) {
         print(QStringLiteral("HIDUtil: No HID usage ID for ") + QString::fromUtf8(displayName(target).data(), displayName(target).size()) +
@@ -61,7 +72,7 @@ bool HIDUtil::remapCapsLock(KeyCode target) const {
         target = KeyCode::f18;
         usage = f18Usage;
     }
-    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), remapText(capsLockUsage, *usage)});
+    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), remapText(capsLockUsage, *usage)}, control);
     if (reportsError(output)) {
         print(QStringLiteral("HIDUtil: Failed to remap Caps Lock: ") + output);
         return false;
@@ -71,8 +82,8 @@ bool HIDUtil::remapCapsLock(KeyCode target) const {
     return true;
 }
 
-bool HIDUtil::clearRemapping() const {
-    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), clearText()});
+bool HIDUtil::clearRemapping(ToolRunControl* control) const {
+    const QString output = runHidutil({QStringLiteral("property"), QStringLiteral("--set"), clearText()}, control);
     if (reportsError(output)) {
         print(QStringLiteral("HIDUtil: Failed to clear remapping: ") + output);
         return false;

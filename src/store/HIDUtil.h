@@ -3,6 +3,7 @@
 
 #include "model/KeyCode.h"
 #include "platform/HidTool.h"
+#include "store/ToolRunControl.h"
 
 #include <QString>
 #include <QStringList>
@@ -24,16 +25,18 @@ public:
 
     // Runs the tool with both output streams on one pipe; returns what it printed (its first
     // maxOutputBytes), "" when that is not UTF-8, or "error: …" when it could not run, did not finish
-    // in time (then it and everything it started are killed) or was ended by a signal.
-    QString runHidutil(const QStringList& arguments) const;
+    // in time (then it and everything it started are killed), was ended by a signal, or was kept
+    // from running or ended early through the control.
+    QString runHidutil(const QStringList& arguments, ToolRunControl* control = nullptr) const;
     // True when the tool reported no error. A key without HID usage falls back to F18.
-    bool remapCapsLock(KeyCode target) const;
-    bool clearRemapping() const;
+    bool remapCapsLock(KeyCode target, ToolRunControl* control = nullptr) const;
+    bool clearRemapping(ToolRunControl* control = nullptr) const;
 
     static QString remapText(std::uint64_t source, std::uint64_t destination);
     static QString clearText() { return QStringLiteral(R"({"UserKeyMapping":[]})"); }
 
     const QString& toolPath() const { return toolPath_; }
+    int timeoutSeconds() const { return timeoutSeconds_; }
 
 private:
     QString toolPath_;

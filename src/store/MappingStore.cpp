@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QEventLoop>
 
 #include <algorithm>
 
@@ -137,6 +138,7 @@ std::vector<KeyMapping> MappingStore::enabledMappings() const {
 }
 
 void MappingStore::updateCapsLockHIDRemap() {
+    if (isQuitting_) return;
     DecisionInput input;
     if (const KeyMapping* m = capsLockMapping()) input.capsLockMapping = *m;
     input.isCapsLockHIDRemapped = isCapsLockHIDRemapped();
@@ -151,17 +153,17 @@ void MappingStore::decideCapsLock(const DecisionInput& input) {
         QMetaObject::invokeMethod(this, [this, isRemapped, direct] { setCapsLockHIDState(isRemapped, direct); }, Qt::QueuedConnection);
     };
     if (!input.capsLockMapping) {
-        if (remapped && hidUtil_.clearRemapping()) publish(false, false);
+        if (remapped && hidUtil_.clearRemapping(&decisionRuns_)) publish(false, false);
         return;
     }
     const TargetAction& target = input.capsLockMapping->targetAction;
     if (target.kind() == TargetAction::Kind::key && hidUsage(target.keyCode())) {
-        if (!hidUtil_.remapCapsLock(target.keyCode())) return;
+        if (!hidUtil_.remapCapsLock(target.keyCode(), &decisionRuns_)) return;
         publish(true, true);
         print("MappingStore: Using direct HID mapping for Caps Lock → " + std::string(displayName(target.keyCode())));
         return;
     }
-    if (!hidUtil_.remapCapsLock(KeyCode::f18)) return;
+    if (!hidUtil_.remapCapsLock(KeyCode::f18, &decisionRuns_)) return;
     publish(true, false);
     print("MappingStore: Using F18 intermediate for Caps Lock (combination/block)");
 }
@@ -179,6 +181,49 @@ void MappingStore::setCapsLockHIDState(bool remapped, bool direct) {
 void MappingStore::waitForCapsLockDecisions() {
     worker_->waitUntilIdle();
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
+void MappingStore::beginQuit() {
+    if (isQuitting_) return;
+    isQuitting_ = true;
+    worker_->discardPending();
+    decisionRuns_.cancel();
+    quitRuns_.setDeadline(ToolRunControl::Clock::now() + std::chrono::seconds(hidUtil_.timeoutSeconds()));
+}
+
+void MappingStore::clearHIDRemapping() {
+    // Queued like a decision, so that no decision queued earlier can land after it.
+    auto clear = [this] { hidUtil_.clearRemapping(&quitRuns_); };
+    if (isQuitting_ || !QCoreApplication::instance()) {
+        worker_->enqueue(clear);
+        worker_->waitUntilIdle();
+    } else {
+        waitWithEventLoop(clear);
+    }
+    // What the worker printed comes before whatever this thread prints next.
+    diagnostics::releaseHeld();
+}
+
+// Main thread: runs the job on the worker and keeps the event loop turning until it is done. The
+// completion is handed back through the event loop, so `finished` is only touched on this thread.
+void MappingStore::waitWithEventLoop(std::function<void()> job) {
+    struct Wait {
+        bool finished = false;
+        QEventLoop* loop = nullptr;
+    };
+    auto wait = std::make_shared<Wait>();
+    worker_->enqueue([this, job = std::move(job), wait] {
+        job();
+        QMetaObject::invokeMethod(this, [wait] {
+            wait->finished = true;
+            if (wait->loop) wait->loop->quit();
+        }, Qt::QueuedConnection);
+    });
+    QEventLoop loop;
+    wait->loop = &loop;
+    // An application-wide quit ends the loop early; quitting then waits for the queue itself.
+    if (!wait->finished) loop.exec(QEventLoop::ExcludeUserInputEvents);
+    wait->loop = nullptr;
 }
 
 }  // namespace orvane

@@ -11,6 +11,7 @@
 #include <memory>
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <vector>
@@ -65,6 +66,13 @@ public:
     void setCapsLockHIDState(bool remapped, bool direct);
     // Blocks until queued decisions have run, then applies their results on this (main) thread.
     void waitForCapsLockDecisions();
+    // Takes Caps Lock's remapping out of the HID layer after the decisions already queued, and
+    // returns once that is done. Meanwhile the event loop runs (user input held back), so a slow
+    // tool never freezes the windows; once quitting it simply blocks.
+    void clearHIDRemapping();
+    // Quitting: queued decisions are dropped, a running one is ended, none is queued any more, and
+    // every clear from now on shares one tool time-out, so a hung tool is waited for only once.
+    void beginQuit();
 
     const HIDUtil& hidUtil() const { return hidUtil_; }
 
@@ -83,6 +91,7 @@ private:
     void saveMappings();
     void mappingsDidChange();
     void decideCapsLock(const DecisionInput& input);
+    void waitWithEventLoop(std::function<void()> job);
 
     UserDefaults& defaults_;
     const HIDUtil hidUtil_;
@@ -93,6 +102,9 @@ private:
     // Worker-side view of the HID layer: a decision's own result is newer than any snapshot taken
     // before that result reached the main thread. Touched only on the worker.
     std::optional<bool> workerRemapped_;
+    ToolRunControl decisionRuns_;  // cancelled when quitting begins
+    ToolRunControl quitRuns_;      // given the quit's deadline
+    bool isQuitting_ = false;
     std::unique_ptr<SerialWorker> worker_;  // declared last: finishes its jobs before the rest goes
 };
 

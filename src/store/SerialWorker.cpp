@@ -21,6 +21,12 @@ void SerialWorker::enqueue(std::function<void()> job) {
     wake_.notify_one();
 }
 
+void SerialWorker::discardPending() {
+    std::lock_guard lock(mutex_);
+    jobs_.clear();
+    if (!busy_) idle_.notify_all();
+}
+
 void SerialWorker::waitUntilIdle() {
     std::unique_lock lock(mutex_);
     idle_.wait(lock, [this] { return jobs_.empty() && !busy_; });

@@ -19,6 +19,8 @@ public:
     SerialWorker& operator=(const SerialWorker&) = delete;
 
     void enqueue(std::function<void()> job);
+    // Drops the jobs that have not started; a running one finishes.
+    void discardPending();
     // Blocks until every job queued so far has finished.
     void waitUntilIdle();
 

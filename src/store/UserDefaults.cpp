@@ -4,31 +4,58 @@
 #include "platform/PrivateInstance.h"
 #include "platform/SharedInstance.h"
 
+#include <QFileInfo>
 #include <QMetaType>
+#include <QStandardPaths>
 
 namespace orvane {
 namespace {
 
+void reportUnreadable(const QString& path) {
+    diagnostics::printLine("UserDefaults: Cannot read " + path.toStdString() + ", starting without the stored settings");
+}
+
 // Settings that exist but cannot be read leave the session with defaults only: say so once, as
 // every save of the session will then fail too.
 std::unique_ptr<QSettings> reportingUnreadable(std::unique_ptr<QSettings> settings) {
-    if (settings->status() == QSettings::AccessError)
-        diagnostics::printLine("UserDefaults: Cannot read " + settings->fileName().toStdString() + ", starting without the stored settings");
+    if (settings->status() == QSettings::AccessError) reportUnreadable(settings->fileName());
     return settings;
+}
+
+// Something at the path that is no regular file (a FIFO, a device, a folder): QSettings would open it
+// as it is made, and a FIFO with no writer blocks that open for good.
+bool isNoFile(const QString& path) {
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile();
 }
 
 }  // namespace
 
+// The file QSettings keeps the native format in where that is a file (XDG systems); on macOS the
+// database is the preferences service, and nothing is at this path.
 std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
-    return std::make_unique<UserDefaults>(reportingUnreadable(std::make_unique<QSettings>(
-        QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("user.com"), forThisInstance(QStringLiteral("Orvane")))));
+    const QString organization = QStringLiteral("user.com"), application = forThisInstance(QStringLiteral("Orvane"));
+    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' + organization + u'/' +
+                         application + QStringLiteral(".conf");
+    if (isNoFile(file)) return unusable(file);
+    return std::make_unique<UserDefaults>(
+        reportingUnreadable(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, organization, application)));
 }
 
 std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {
+    if (isNoFile(path)) return unusable(path);
     return std::make_unique<UserDefaults>(reportingUnreadable(std::make_unique<QSettings>(path, QSettings::IniFormat)));
 }
 
-UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent) : QObject(parent), settings_(std::move(settings)) {}
+std::unique_ptr<UserDefaults> UserDefaults::unusable(const QString& path) {
+    reportUnreadable(path);
+    auto defaults = std::make_unique<UserDefaults>(nullptr);
+    defaults->location_ = path;
+    return defaults;
+}
+
+UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent)
+    : QObject(parent), settings_(std::move(settings)), location_(settings_ ? settings_->fileName() : QString()) {}
 
 UserDefaults& UserDefaults::shared() {
     return SharedInstance<UserDefaults>::get([] { return openStandard(); });
@@ -36,15 +63,15 @@ UserDefaults& UserDefaults::shared() {
 
 void UserDefaults::installShared(std::unique_ptr<UserDefaults> defaults) { SharedInstance<UserDefaults>::install(std::move(defaults)); }
 
-bool UserDefaults::contains(const QString& key) const { return settings_->contains(key); }
+bool UserDefaults::contains(const QString& key) const { return settings_ && settings_->contains(key); }
 
 std::optional<QByteArray> UserDefaults::data(const QString& key) const {
-    if (!settings_->contains(key)) return std::nullopt;
+    if (!contains(key)) return std::nullopt;
     return settings_->value(key).toByteArray();
 }
 
 bool UserDefaults::boolValue(const QString& key, bool fallback) const {
-    if (!settings_->contains(key)) return fallback;
+    if (!contains(key)) return fallback;
     const QVariant value = settings_->value(key);
     // INI files give Booleans back as strings; accept those, and nothing else unexpected.
     if (value.typeId() == QMetaType::Bool) return value.toBool();
@@ -55,39 +82,40 @@ bool UserDefaults::boolValue(const QString& key, bool fallback) const {
 }
 
 double UserDefaults::doubleValue(const QString& key, double fallback) const {
-    if (!settings_->contains(key)) return fallback;
+    if (!contains(key)) return fallback;
     bool ok = false;
     const double value = settings_->value(key).toDouble(&ok);
     return ok ? value : fallback;
 }
 
 std::optional<QString> UserDefaults::setData(const QString& key, const QByteArray& value) {
-    settings_->setValue(key, value);
-    return commit();
+    return commit([&] { settings_->setValue(key, value); });
 }
 
 std::optional<QString> UserDefaults::setBool(const QString& key, bool value) {
-    settings_->setValue(key, value);
-    return commit();
+    return commit([&] { settings_->setValue(key, value); });
 }
 
 std::optional<QString> UserDefaults::setDouble(const QString& key, double value) {
-    settings_->setValue(key, value);
-    return commit();
+    return commit([&] { settings_->setValue(key, value); });
 }
 
 std::optional<QString> UserDefaults::remove(const QString& key) {
-    settings_->remove(key);
-    return commit();
+    return commit([&] { settings_->remove(key); });
 }
 
-std::optional<QString> UserDefaults::commit() {
-    settings_->sync();
+std::optional<QString> UserDefaults::commit(const std::function<void()>& change) {
     std::optional<QString> failure;
-    switch (settings_->status()) {
-    case QSettings::NoError: break;
-    case QSettings::AccessError: failure = QStringLiteral("cannot write %1").arg(settings_->fileName()); break;
-    case QSettings::FormatError: failure = QStringLiteral("%1 is not a valid settings file").arg(settings_->fileName()); break;
+    if (!settings_) {
+        failure = QStringLiteral("cannot write %1").arg(location_);
+    } else {
+        change();
+        settings_->sync();
+        switch (settings_->status()) {
+        case QSettings::NoError: break;
+        case QSettings::AccessError: failure = QStringLiteral("cannot write %1").arg(location_); break;
+        case QSettings::FormatError: failure = QStringLiteral("%1 is not a valid settings file").arg(location_); break;
+        }
     }
     emit changed();
     return failure;

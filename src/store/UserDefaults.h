@@ -6,6 +6,7 @@
 #include <QSettings>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,7 +21,10 @@ public:
     static std::unique_ptr<UserDefaults> openStandard();
     // An isolated database in one file, for tests and tools.
     static std::unique_ptr<UserDefaults> openFile(const QString& path);
+    // Both open nothing that is no regular file (a FIFO would block the open): that session reads no
+    // settings, every write fails, and what is at the path stays as it is.
 
+    // Null settings are such a session.
     explicit UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent = nullptr);
 
     // The process-wide database; openStandard() unless one was installed before first use.
@@ -39,16 +43,19 @@ public:
     std::optional<QString> setDouble(const QString& key, double value);
     std::optional<QString> remove(const QString& key);
 
-    QString location() const { return settings_->fileName(); }
+    QString location() const { return location_; }
 
 signals:
     // After every write made through this object (successful or not).
     void changed();
 
 private:
-    std::optional<QString> commit();
+    static std::unique_ptr<UserDefaults> unusable(const QString& path);
+    // Makes the change and flushes it.
+    std::optional<QString> commit(const std::function<void()>& change);
 
     std::unique_ptr<QSettings> settings_;
+    QString location_;
 };
 
 }  // namespace orvane

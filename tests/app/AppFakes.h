@@ -23,10 +23,10 @@ struct RecordingUrlOpener : UrlOpener {
 };
 
 struct LoneInstanceChannel : InstanceChannel {
-    bool isAnotherInstanceRunning() override { return false; }
     void activateOtherInstance() override {}
     bool postMessage(const QByteArray&) override { return false; }
     bool listen() override { return true; }
+    void stopListening() override {}
 };
 
 // Records the item in the bar: its icon, its menu and the menu's opening handler.

@@ -1,5 +1,5 @@
-// The real binary as a private instance: start-up, handover to a second launch, SIGHUP ignored under nohup,
-// and an orderly quit on SIGTERM.
+// The real binary as a private instance: start-up, an orderly quit on SIGTERM, SIGHUP under nohup, the
+// single instance (launches at once, a launch during a slow quit), settings that are a FIFO.
 #include "FakeHidutil.h"
 
 #include <gtest/gtest.h>
@@ -7,27 +7,31 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <csignal>
+#include <sys/stat.h>
 
-TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
+class Smoke : public ::testing::Test {
+protected:
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
-    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid()), other = instance + "-other";
-    const auto settingsOf = [&](const QString& name) { return config.filePath("user.com/Orvane-" + name + ".conf"); };
-    // A check done a moment ago: no update request. The first instance finds a Caps Lock remapping
-    // left by an earlier run, which it clears in its own settings.
-    QDir().mkpath(config.filePath("user.com"));
-    for (const QString& name : {instance, other}) {
+    const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
+
+    QString settingsOf(const QString& name) const { return config.filePath("user.com/Orvane-" + name + ".conf"); }
+    // A check done a moment ago: no update request.
+    void prepare(const QString& name, bool capsLockRemapped = false) {
+        QDir().mkpath(config.filePath("user.com"));
         QSettings settings(settingsOf(name), QSettings::IniFormat);
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
-        settings.setValue("Orvane.CapsLockHIDRemapped", name == instance);
+        settings.setValue("Orvane.CapsLockHIDRemapped", capsLockRemapped);
     }
-    const auto launch = [&](QProcess& process, const QString& name, bool underNohup = false) {
+    void launch(QProcess& process, const QString& name, bool underNohup = false) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         environment.insert("QT_QUICK_BACKEND", "software");
@@ -37,43 +41,80 @@ TEST(Smoke, startsHandsOverAndQuitsInOrderOnSigterm) {
         process.setProcessEnvironment(environment);
         if (underNohup) process.start(QStringLiteral("nohup"), {ORVANE_BINARY});
         else process.start(ORVANE_BINARY, {});
-    };
+    }
     // Reads standard output until the start-up line shows or the process ends.
-    const auto startsUp = [](QProcess& process, QByteArray& output) {
+    static bool startsUp(QProcess& process, QByteArray& output) {
         for (int i = 0; i < 1200 && !output.contains("Event tap started successfully"); ++i) {
             process.waitForReadyRead(100);
             output += process.readAllStandardOutput();
             if (process.state() == QProcess::NotRunning) break;
         }
         return output.contains("Event tap started successfully");
-    };
+    }
+    static bool quitsInOrder(QProcess& process) {
+        process.terminate();
+        return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+};
 
-    QProcess first, second, third;
-    QByteArray firstOutput, secondOutput, thirdOutput;
-    launch(first, instance);
-    ASSERT_TRUE(startsUp(first, firstOutput)) << firstOutput.toStdString() << first.readAllStandardError().toStdString();
-    launch(second, instance);
-    ASSERT_TRUE(second.waitForFinished(60000));
-    EXPECT_TRUE(second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0);
-    EXPECT_FALSE(startsUp(second, secondOutput));  // no start-up in the second
-    EXPECT_FALSE(secondOutput.contains("HIDUtil")) << secondOutput.toStdString();  // nor any Caps Lock work
-    EXPECT_EQ(first.state(), QProcess::Running);
-    launch(third, other, /*underNohup=*/true);
-    EXPECT_TRUE(startsUp(third, thirdOutput)) << thirdOutput.toStdString();
-    ::kill(static_cast<pid_t>(third.processId()), SIGHUP);  // a closed terminal: nohup's promise holds
-    EXPECT_FALSE(third.waitForFinished(1500));
-    third.terminate();
-    ASSERT_TRUE(third.waitForFinished(60000));
-
-    const auto clearsBefore = tool.calls().size();
-    first.terminate();  // SIGTERM
-    ASSERT_TRUE(first.waitForFinished(60000));
-    firstOutput += first.readAllStandardOutput();
-    EXPECT_TRUE(first.exitStatus() == QProcess::NormalExit && first.exitCode() == 0);
-    EXPECT_TRUE(firstOutput.contains("Event tap stopped\n")) << firstOutput.toStdString();
-    const auto calls = tool.calls();
-    ASSERT_GE(calls.size(), clearsBefore + 2);  // stopping the tap, then once more on the way out
-    EXPECT_EQ(calls.back().last(), R"({"UserKeyMapping":[]})");
+TEST_F(Smoke, startsIgnoresSighupUnderNohupAndQuitsInOrderOnSigterm) {
+    prepare(instance, true);  // a Caps Lock remapping left by an earlier run, which it clears in its settings
+    QProcess process;
+    QByteArray output;
+    launch(process, instance, /*underNohup=*/true);
+    ASSERT_TRUE(startsUp(process, output)) << output.toStdString() << process.readAllStandardError().toStdString();
+    ::kill(static_cast<pid_t>(process.processId()), SIGHUP);  // a closed terminal: nohup's promise holds
+    EXPECT_FALSE(process.waitForFinished(1500));
+    EXPECT_TRUE(quitsInOrder(process));
+    output += process.readAllStandardOutput();
+    EXPECT_TRUE(output.contains("Event tap stopped\n")) << output.toStdString();
     EXPECT_FALSE(QSettings(settingsOf(instance), QSettings::IniFormat).value("Orvane.CapsLockHIDRemapped").toBool());
     EXPECT_FALSE(QFile::exists(config.filePath("user.com/Orvane.conf")));  // the user's own settings file
+}
+
+// The launches that hand over end at once, having printed nothing: no start-up, no Caps Lock work.
+TEST_F(Smoke, ofFiveLaunchesAtOnceOneRunsAndTheOthersHandOverToIt) {
+    prepare(instance);
+    for (int round = 0; round < 3; ++round) {
+        QProcess launches[5];
+        for (QProcess& process : launches) launch(process, instance);
+        const auto ended = [&] { return std::count_if(launches, launches + 5, [](QProcess& p) { return p.state() == QProcess::NotRunning; }); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ended() >= 4; }, 60000));
+        QTest::qWait(1000);
+        ASSERT_EQ(ended(), 4) << "round " << round;
+        for (QProcess& process : launches) {
+            if (process.state() == QProcess::Running) {
+                EXPECT_TRUE(quitsInOrder(process));
+            } else {
+                EXPECT_TRUE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && process.readAllStandardOutput().isEmpty());
+            }
+        }
+    }
+}
+
+TEST_F(Smoke, aLaunchWhileTheInstanceQuitsSlowlyWaitsForItAndThenRuns) {
+    prepare(instance);
+    QProcess first, second;
+    QByteArray firstOutput, secondOutput;
+    launch(first, instance);
+    ASSERT_TRUE(startsUp(first, firstOutput)) << firstOutput.toStdString();
+    tool.setDelay("2");
+    const auto callsBefore = tool.calls().size();
+    first.terminate();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tool.calls().size() > callsBefore; }, 30000));  // its quit is under way
+    launch(second, instance);
+    EXPECT_TRUE(startsUp(second, secondOutput)) << secondOutput.toStdString();
+    EXPECT_TRUE(quitsInOrder(second));
+}
+
+TEST_F(Smoke, settingsThatAreAFifoAreUnreadableAndLeftAsTheyAre) {
+    QDir().mkpath(config.filePath("user.com"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(settingsOf(instance)).constData(), 0600), 0);
+    QProcess process;
+    QByteArray output;
+    launch(process, instance);
+    ASSERT_TRUE(startsUp(process, output)) << output.toStdString();  // not stuck opening it
+    EXPECT_TRUE(quitsInOrder(process));
+    EXPECT_TRUE(output.contains("UserDefaults: Cannot read " + QFile::encodeName(settingsOf(instance)) + ", starting without"));
+    EXPECT_TRUE(QFileInfo(settingsOf(instance)).exists() && !QFileInfo(settingsOf(instance)).isFile());
 }

@@ -52,7 +52,7 @@ TEST(TrayStatusItem, theStoppedDotIsDrawnAsARingAndTheRunningOneAsADisc) {
     }
 }
 
-TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstThePalette) {
+TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstThePanelOrPalette) {
     QTemporaryDir themes;
     QDir(themes.path()).mkpath("plain/scalable");
     QFile index(themes.filePath("plain/index.theme"));
@@ -65,10 +65,12 @@ TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstTheP
     EXPECT_EQ(panelIcon("keyboard.fill", QPalette()).name(), themedStatusIconName);
 
     QIcon::setThemeName("absent");
-    for (const QColor window : {QColor(Qt::black), QColor(Qt::white), QColor(0x30, 0x30, 0x40), QColor(0xE0, 0xE0, 0xD0)}) {
-        const QImage icon = panelIcon("keyboard", QPalette(window, window)).pixmap(32).toImage();
-        QColor ink(Qt::transparent);
-        for (int i = 0; i < 32 * 32 && ink.alpha() < 200; ++i) ink = icon.pixelColor(i % 32, i / 32);
-        EXPECT_GT(std::abs(ink.lightness() - window.lightness()), 128) << window.name().toStdString();
-    }
+    // Against the palette's window, or against the panel where its lightness is known (here the opposite).
+    for (const QColor window : {QColor(Qt::black), QColor(Qt::white), QColor(0x30, 0x30, 0x40), QColor(0xE0, 0xE0, 0xD0)})
+        for (const std::optional<int> panel : {std::optional<int>(), std::optional<int>(255 - window.lightness())}) {
+            const QImage icon = panelIcon("keyboard", QPalette(window, window), panel).pixmap(32).toImage();
+            QColor ink(Qt::transparent);
+            for (int i = 0; i < 32 * 32 && ink.alpha() < 200; ++i) ink = icon.pixelColor(i % 32, i / 32);
+            EXPECT_GT(std::abs(ink.lightness() - panel.value_or(window.lightness())), 128) << window.name().toStdString();
+        }
 }

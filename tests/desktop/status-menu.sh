@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# The real application on a real desktop: under Xvfb with openbox and a tint2 panel (which has a
-# system tray), Orvane shows its status item; a right click opens its menu, which is saved as a
-# screenshot, and Ctrl+D typed into it opens the debugger. Exits 77 (skipped) when the desktop tools are missing.
+# The real application on a real desktop: under Xvfb with openbox and a dark tint2 panel (which has a
+# system tray), Orvane shows its status item, in light ink though Qt's palette is light; a right click
+# opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger; the key
+# picker gets no taskbar entry. Exits 77 (skipped) when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
 output=$2
-for tool in Xvfb openbox tint2 xdotool import convert python3; do
+for tool in Xvfb openbox tint2 xdotool xprop import convert python3; do
   command -v "$tool" >/dev/null || { echo "status-menu: $tool is not installed"; exit 77; }
 done
 
@@ -25,7 +26,8 @@ for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.2; done
 [ -s "$work/display" ] || { echo "status-menu: Xvfb did not start"; exit 1; }
 export DISPLAY=:$(cat "$work/display")
 openbox >/dev/null 2>&1 & pids+=($!)
-tint2 >/dev/null 2>&1 & pids+=($!)
+printf 'rounded = 0\nbackground_color = #202020 100\npanel_background_id = 1\npanel_items = TS\n' >"$work/tint2rc"
+tint2 -c "$work/tint2rc" >/dev/null 2>&1 & pids+=($!)
 # The tray must be there before the application looks for one: wait until the panel owns the
 # tray selection, not merely until its window exists.
 tray_owned() {
@@ -49,7 +51,7 @@ instance=desktop-check-$$
 mkdir -p "$work/config/user.com"
 # A check done a moment ago: no update request from here.
 printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/user.com/Orvane-$instance.conf"
-QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true \
+QT_QPA_PLATFORM=xcb QT_QPA_PLATFORMTHEME=generic XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true \
   ORVANE_INSTANCE=$instance "$binary" >"$work/out.txt" 2>&1 & app=$! && pids+=($app)
 
 # The status item is the application's small window inside the panel's tray.
@@ -63,6 +65,8 @@ for _ in $(seq 300); do  # a slow machine under load may take a while to start a
 done
 [ -n "$icon" ] || { echo "status-menu: no status item appeared"; cat "$work/out.txt"; exit 1; }
 eval "$(xdotool getwindowgeometry --shell "$icon")"
+icon_box=${WIDTH}x${HEIGHT}+${X}+${Y}
+sleep 1  # the application reads the panel around its icon once the icon has held its place
 xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2)) click 3
 sleep 1.5
 
@@ -76,6 +80,8 @@ done
 eval "$(xdotool getwindowgeometry --shell "$menu")"
 mkdir -p "$(dirname "$output")"
 import -window root "$work/screen.png"
+ink=$(convert "$work/screen.png" -crop "$icon_box" -colorspace Gray -format '%[fx:int(255*maxima)]' info:)
+[ "$ink" -ge 160 ] || { echo "status-menu: the icon's lightest pixel is $ink of 255 on the dark panel"; exit 1; }
 # The menu with the panel and its tray below it.
 left=$((X - 20)); [ $left -lt 0 ] && left=0
 convert "$work/screen.png" -crop "$((1024 - left))x$((700 - Y + 10))+${left}+$((Y - 10))" +repage "$output"
@@ -85,5 +91,19 @@ xdotool key ctrl+d
 debugger() { xdotool search --name '^Key Event Debugger$' >/dev/null 2>&1; }
 for _ in $(seq 50); do debugger && break; sleep 0.2; done
 debugger || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
+# The key picker is a window of its own that no panel lists: the window manager manages (and
+# _NET_CLIENT_LIST names) the debugger and the configuration window, never the picker.
+managed() { for w in $(xprop -root _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do xprop -id "$w" WM_CLASS | grep -i orvane; done | wc -l; }
+shown() { xdotool search --onlyvisible --class orvane 2>/dev/null | wc -l; }
+# A second launch hands over: the running Orvane opens its configuration window.
+QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_INSTANCE=$instance "$binary" >/dev/null 2>&1
+for _ in $(seq 50); do config=$(xdotool search --onlyvisible --name '^Orvane$' 2>/dev/null) && break; sleep 0.2; done
+sleep 1
+windows=$(managed) before=$(shown)
+# In the window's first size (500x400): "Add Mapping" at its top right, then the source key's "Pick...".
+xdotool mousemove --window "$config" 430 27 click 1 sleep 1.5 mousemove --window "$config" 348 143 click 1
+for _ in $(seq 25); do [ "$(shown)" -gt "$before" ] && break; sleep 0.2; done
+[ "$(shown)" -gt "$before" ] || { echo "status-menu: the key picker did not open"; exit 1; }
+[ "$(managed)" -eq "$windows" ] || { echo "status-menu: the key picker is a managed window, with a taskbar entry"; exit 1; }
 # An orderly quit; in the sanitizer build a leak report also makes the exit status non-zero.
 kill -TERM "$app"; wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }

@@ -15,6 +15,7 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTimer>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -118,6 +119,25 @@ TEST_F(EventTapManagerTest, startIsIdempotentAndStopClearsTheHidLayerButKeepsThe
     EXPECT_EQ(running.count(), 2);
     EXPECT_EQ(events.activeTapCount(), 0);
     EXPECT_TRUE(store->isCapsLockHIDRemapped() && store->isCapsLockDirectHID());  // kept for the next start
+}
+
+// Start then stop in quick succession (a recorder field resuming then pausing the tap): the clear
+// lands after every decision queued before it, and the windows keep being served meanwhile.
+TEST_F(EventTapManagerTest, stopClearsAfterTheQueuedDecisionsWhileTheEventLoopTurns) {
+    use({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
+    tool.setDelay("0.3");
+    manager->start();
+    store->setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::tab))});
+    int ticks = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+    ticker.start(20);
+    manager->stop();
+    EXPECT_GT(ticks, 0);
+    EXPECT_EQ(tool.calls().back().last(), HIDUtil::clearText());
+    const Texts last(lines.end() - 4, lines.end());
+    EXPECT_EQ(last, (Texts{"HIDUtil: Remapped Caps Lock → Tab at HID layer", "MappingStore: Using direct HID mapping for Caps Lock → Tab",
+                           "HIDUtil: Cleared HID remapping, Caps Lock restored", "Event tap stopped"}));
 }
 
 TEST_F(EventTapManagerTest, startFailuresPublishTheirReason) {

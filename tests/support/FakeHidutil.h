@@ -18,6 +18,7 @@ public:
               "cd \"$(dirname \"$0\")\"\n"
               "printf '%s\\n' \"$@\" '<end of call>' >> calls\n"
               "cat stdout 2>/dev/null; cat stderr >&2 2>/dev/null\n"
+              "[ -f delay ] && sleep \"$(cat delay)\"\n"
               "[ -f crash ] && kill -KILL $$\n"
               "[ -f hang ] && { sleep 60 & echo $! > child; exec sleep 60; }\n"
               "exit 0\n");
@@ -38,6 +39,8 @@ public:
         QFile file(dir_.filePath(QStringLiteral("child")));
         return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
     }
+    // From now on the tool takes that long (sleep(1)'s words, "0.2") before it ends.
+    void setDelay(const QByteArray& seconds) { write("delay", seconds); }
     // From now on the tool kills itself with SIGKILL after printing.
     void setCrashes() { write("crash", ""); }
 

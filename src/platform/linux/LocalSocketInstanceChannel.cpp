@@ -6,8 +6,13 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 
+#include <cstddef>
+#include <cstring>
 #include <memory>
+#include <utility>
 
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace orvane {
@@ -24,6 +29,21 @@ std::unique_ptr<QLocalSocket> connectTo(const QString& name) {
     return socket;
 }
 
+// A socket bound to the abstract name, or -1 when another process holds it (or the name is too long).
+int bindAbstract(const QString& name) {
+    const QByteArray bytes = name.toUtf8();
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (bytes.size() + 1 > qsizetype(sizeof address.sun_path)) return -1;
+    std::memcpy(address.sun_path + 1, bytes.constData(), bytes.size());  // a leading NUL: abstract
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) return -1;
+    const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + 1 + bytes.size());
+    if (::bind(fd, reinterpret_cast<const sockaddr*>(&address), length) == 0) return fd;
+    ::close(fd);
+    return -1;
+}
+
 }  // namespace
 
 QString LocalSocketInstanceChannel::defaultName() {
@@ -34,14 +54,11 @@ LocalSocketInstanceChannel::LocalSocketInstanceChannel(QString name, QObject* pa
     : InstanceChannel(parent), name_(std::move(name)) {}
 
 // The server and its connections are children; their signals no longer reach this object by then.
-LocalSocketInstanceChannel::~LocalSocketInstanceChannel() = default;
+LocalSocketInstanceChannel::~LocalSocketInstanceChannel() {
+    if (claim_ >= 0) ::close(claim_);
+}
 
 bool LocalSocketInstanceChannel::isListening() const { return server_ && server_->isListening(); }
-
-bool LocalSocketInstanceChannel::isAnotherInstanceRunning() {
-    if (isListening()) return false;  // the only listener is this instance
-    return connectTo(name_) != nullptr;
-}
 
 void LocalSocketInstanceChannel::activateOtherInstance() {}
 
@@ -58,7 +75,9 @@ bool LocalSocketInstanceChannel::postMessage(const QByteArray& message) {
 }
 
 bool LocalSocketInstanceChannel::listen() {
-    if (isListening()) return true;
+    if (claim_ >= 0) return isListening();
+    claim_ = bindAbstract(name_ + QStringLiteral(".claim"));
+    if (claim_ < 0) return false;
     if (!server_) {
         server_ = new QLocalServer(this);
         server_->setSocketOptions(QLocalServer::AbstractNamespaceOption);
@@ -68,7 +87,15 @@ bool LocalSocketInstanceChannel::listen() {
     // A live instance holds the name, or a socket file from a build that used the file namespace is in
     // the way; removing that file is harmless in the first case and clears the second.
     QLocalServer::removeServer(name_);
-    return server_->listen(name_);
+    if (server_->listen(name_)) return true;
+    // An instance of a build without the claim listens under the name (or one that is ending still
+    // does, for a moment): it is the running instance.
+    ::close(std::exchange(claim_, -1));
+    return false;
+}
+
+void LocalSocketInstanceChannel::stopListening() {
+    if (server_) server_->close();
 }
 
 void LocalSocketInstanceChannel::acceptConnections() {

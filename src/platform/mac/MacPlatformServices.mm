@@ -60,4 +60,7 @@ void activateApplication() { [NSApp activateIgnoringOtherApps:YES]; }
 
 bool trayIconClickOpensMenu() { return true; }
 
+// The menu bar tints the status item's template image itself.
+std::optional<int> trayPanelLightness(const QRect&) { return std::nullopt; }
+
 }  // namespace orvane

@@ -19,14 +19,18 @@ public:
     RunningApplicationChannel(QString bundleIdentifier, QList<QByteArray> messages, QObject* parent = nullptr);
     ~RunningApplicationChannel() override;
 
-    bool isAnotherInstanceRunning() override;
     // Activates the first other instance with all its windows, ignoring other applications.
     void activateOtherInstance() override;
     // A notification has no receipt: true when it was posted while another instance runs.
     bool postMessage(const QByteArray& message) override;
+    // Another running application with the identifier holds the claim: the system checks at each
+    // launch, so the claim can be no more atomic than that.
     bool listen() override;
+    // The claim lasts as long as this application runs.
+    void stopListening() override;
 
 private:
+    bool isAnotherInstanceRunning() const;
     struct Observers;
 
     QString bundleIdentifier_;

@@ -23,12 +23,15 @@ NSArray<NSRunningApplication*>* otherInstances(const QString& bundleIdentifier) 
 RunningApplicationChannel::RunningApplicationChannel(QString bundleIdentifier, QList<QByteArray> messages, QObject* parent)
     : InstanceChannel(parent), bundleIdentifier_(std::move(bundleIdentifier)), messages_(std::move(messages)) {}
 
-RunningApplicationChannel::~RunningApplicationChannel() {
+RunningApplicationChannel::~RunningApplicationChannel() { stopListening(); }
+
+void RunningApplicationChannel::stopListening() {
     if (!observers_) return;
     for (id<NSObject> token in observers_->tokens) [NSDistributedNotificationCenter.defaultCenter removeObserver:token];
+    [observers_->tokens removeAllObjects];
 }
 
-bool RunningApplicationChannel::isAnotherInstanceRunning() { return otherInstances(bundleIdentifier_).count > 0; }
+bool RunningApplicationChannel::isAnotherInstanceRunning() const { return otherInstances(bundleIdentifier_).count > 0; }
 
 void RunningApplicationChannel::activateOtherInstance() {
     [otherInstances(bundleIdentifier_).firstObject

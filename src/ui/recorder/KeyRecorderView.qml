@@ -1,5 +1,5 @@
 // A key recorder field: the chosen key as glyphs, and buttons to clear it, pick it from the
-// catalogue or record it from the keyboard. Leaving the screen ends a recording under way.
+// catalogue or record it from the keyboard. Leaving the screen ends a recording under way, as Cancel does.
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
@@ -15,7 +15,9 @@ Item {
     implicitWidth: row.implicitWidth + 16
     implicitHeight: row.implicitHeight + 16
 
-    onVisibleChanged: if (!visible && field) field.stopRecording()
+    // Gone from the screen with the item, its sheet or its window (closing a window hides it).
+    readonly property bool onScreen: visible && Window.visibility !== Window.Hidden
+    onOnScreenChanged: if (!onScreen && field) field.stopRecording()
     Component.onDestruction: if (field) field.stopRecording()
 
     Rectangle {
