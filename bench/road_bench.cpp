@@ -1,60 +1,11 @@
 // The whole interception road through the simulated system: main tap, engine, posting, re-entry, delivery.
-#include "interception/EventCapturer.h"
-#include "interception/EventTapManager.h"
-#include "platform/Diagnostics.h"
-#include "platform/sim/SimEventSystem.h"
-#include "store/MappingStore.h"
+#include "SimulatedRoad.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QTemporaryDir>
 
 using namespace orvane;
 
 namespace {
-
-// 100 mappings, the benchmarked one last; a started main tap; optionally a capture tap in front.
-struct Road {
-    std::vector<std::string> quietLines;
-    QTemporaryDir dir;
-    std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    SimAccessibility accessibility;
-    SimEventSystem events{accessibility};
-    std::unique_ptr<MappingStore> store;
-    std::unique_ptr<EventTapManager> manager;
-    std::unique_ptr<EventCapturer> capturer;
-    std::size_t delivered = 0;
-
-    explicit Road(bool withCapture) {
-        diagnostics::redirectTo(&quietLines);
-        store = std::make_unique<MappingStore>(*defaults, HIDUtil(QStringLiteral("/bin/true")));
-        std::vector<KeyMapping> list;
-        const auto keys = allKeyCodes();
-        for (std::size_t i = 0; list.size() < 99; ++i) {
-            const KeyCode source = keys[i % keys.size()];
-            if (source == KeyCode::a || source == KeyCode::z) continue;
-            list.push_back({Uuid::random(), SourceKey::regular(source), TargetAction::key(KeyCode::x), i % 2 == 0});
-        }
-        list.push_back({Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true});
-        store->setMappings(std::move(list));
-        store->waitForCapsLockDecisions();
-        manager = std::make_unique<EventTapManager>(events, *store);
-        manager->start();
-        store->waitForCapsLockDecisions();
-        if (withCapture) {
-            capturer = std::make_unique<EventCapturer>(
-                events, *store, *manager, [](const DebugEvent& record) { benchmark::DoNotOptimize(record); }, [] { return true; });
-            capturer->start();
-        }
-        events.setOutput([this](const PlatformEvent&) { ++delivered; });
-    }
-    ~Road() {
-        capturer.reset();
-        manager.reset();
-        store.reset();
-        diagnostics::redirectTo(nullptr);
-    }
-};
 
 void runRoad(benchmark::State& state, bool withCapture, KeyCode key) {
     Road road(withCapture);
