@@ -42,8 +42,8 @@ void reportFirstFrame(QQuickWindow& window, const QString& path) {
     });
 }
 
-// How long a launch waits for an instance that has begun quitting to be gone: a quit may run the HID
-// tool twice, each run up to its time limit.
+// How long a launch waits for an instance that has begun quitting to be gone: a quit waits for the
+// HID tool at most once, up to its 10 s time limit, and a loaded machine may take as long again.
 constexpr int quittingInstancePatienceMs = 30000;
 constexpr int claimRetryMs = 50;
 
