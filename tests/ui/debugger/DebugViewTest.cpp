@@ -148,9 +148,7 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
     EXPECT_EQ(text("statusText"), instruction);
     EXPECT_FALSE(ui.find("statusIcon")->isVisible());
     EXPECT_EQ(text("captureButton"), "Start Capture");
-    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
-    EXPECT_EQ(text("countText"), "0 events");
-    EXPECT_TRUE(rows().empty());
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());  // and no rows: see after a clear
     ui.screenshot(QStringLiteral("debugger-empty"));
 
     startCapture();
