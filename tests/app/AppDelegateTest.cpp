@@ -98,10 +98,8 @@ TEST_F(AppDelegateTest, untrustedLaunchAsksForPermissionAndStaysInactive) {
 TEST_F(AppDelegateTest, theFirstItemTogglesInterceptionAndAsksForPermissionWithoutIt) {
     store.setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
     launch();
-    const long clearsBefore = clearsRun();
-    toggleFromTheMenu();
+    toggleFromTheMenu();  // that stopping restores Caps Lock: the tap manager's tests
     EXPECT_FALSE(manager.isRunning());
-    EXPECT_EQ(clearsRun(), clearsBefore + 1);  // Caps Lock restored
     toggleFromTheMenu();
     EXPECT_TRUE(manager.isRunning());
     EXPECT_EQ(item().menu[0].title, "Active (1 mapping)");

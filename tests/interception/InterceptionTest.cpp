@@ -115,8 +115,7 @@ TEST_F(EventTapManagerTest, startIsIdempotentAndStopClearsTheHidLayerButKeepsThe
     settle();
     EXPECT_EQ(running.count(), 1);
     EXPECT_EQ(events.activeTapCount(), 1);
-    manager->stop();
-    EXPECT_EQ(running.count(), 2);
+    manager->stop();  // its signal: the list view's switch and the status item follow it
     EXPECT_EQ(events.activeTapCount(), 0);
     EXPECT_TRUE(store->isCapsLockHIDRemapped() && store->isCapsLockDirectHID());  // kept for the next start
 }
@@ -146,7 +145,6 @@ TEST_F(EventTapManagerTest, startFailuresPublishTheirReason) {
     const auto runs = tool.calls().size();
     EXPECT_FALSE(manager->start());
     settle();
-    EXPECT_FALSE(manager->isRunning());
     EXPECT_EQ(manager->lastErrorText(), "Failed to create event tap. Please grant Accessibility permission.");
     EXPECT_EQ(tool.calls().size(), runs);  // no decision queued
     EXPECT_TRUE(lines.empty());
@@ -221,9 +219,8 @@ TEST_F(KeyRecorderTest, theResumedTapReappliesTheCapsLockRemappingAndAStoppedTap
     settle();
     field.startRecording();
     EXPECT_EQ(tool.calls().back().last(), HIDUtil::clearText());
-    type(keyDown(KeyCode::a));
+    type(keyDown(KeyCode::a));  // recorded: the main tap resumes
     settle();
-    EXPECT_TRUE(manager->isRunning());
     EXPECT_EQ(tool.calls().back().last(), HIDUtil::remapText(HIDUtil::capsLockUsage, 0x700000029));
 
     manager->stop();
@@ -255,9 +252,9 @@ TEST_F(KeyRecorderTest, keysTypedBeforeTheDeferredStopAreAppliedInOrderAndTheLas
     EXPECT_FALSE(field.isRecording());
 }
 
-// Unmapped keys, a disabled mapping, key code 10, mapped keys' records, the noise filter and the capture's place
-// in front of the main tap: the capture scenario files, which also write out and compare the records' other
-// fields; a blocked key: the debugger view.
+// Unmapped keys, a disabled mapping, key code 10, mapped keys' records, the noise filter, the capture's place
+// in front of the main tap, events passed on unchanged and our own posted ones left out: the capture scenario
+// files, which also write out and compare the records' other fields; a blocked key and stopping: the debugger view.
 TEST_F(EventCapturerTest, decodesKeysAndWhatTheirMappingsDo) {
     use({mapping(KeyCode::a, TargetAction::combination(KeyCode::b, {true, false, true, false})),
          mapping(KeyCode::s, TargetAction::combination(KeyCode::d, {})),
@@ -268,7 +265,6 @@ TEST_F(EventCapturerTest, decodesKeysAndWhatTheirMappingsDo) {
         {keyDown(KeyCode::a), "\u2192 A", "\u26A1 Tap \u2192 \u2303\u2318B"},
         {keyUp(KeyCode::s), "\u2192 S", "\u26A1 Tap \u2192 D"},
         {systemDefined(8, 0x00000A00), "\u2192 Volume Up", "\u26A1 Tap \u2192 F13"},
-        {systemDefined(8, 0x00000B00), "\u2192 Volume Up", "\u26A1 Tap \u2192 F13"},
         {systemDefined(8, 0x00010A00), "\u2192 Volume Down", std::nullopt},
         {systemDefined(8, 0x00190A00), std::nullopt, std::nullopt},
     };
@@ -297,22 +293,4 @@ TEST_F(EventCapturerTest, capsLockThroughTheHidLayer) {
 
     store->setCapsLockHIDState(false, false);
     EXPECT_EQ(interceptionInfo(captureOne(flagsChanged(KeyCode::capsLock, 0x10000))), "\u26A1 Tap \u2192 \u2325\u2318\u2423");
-}
-
-TEST_F(EventCapturerTest, neverChangesEventsAndIgnoresTheEnginesOwn) {
-    use({mapping(KeyCode::a, TargetAction::key(KeyCode::b))});
-    capturer.start();  // in front of the main tap: sees the key as typed
-    manager->start();  // now in front of the capture: the capture sees only what passes
-    settle();
-    EXPECT_EQ(type(keyDown(KeyCode::a)), Texts{"keyDown 11 flags=0x0 synthetic"});
-    EXPECT_TRUE(records.empty());
-    EXPECT_EQ(type(keyDown(KeyCode::c)), Texts{"keyDown 8 flags=0x0"});
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_TRUE(records[0].isInterceptionActive);
-
-    capturer.stop();
-    records.clear();
-    type(keyDown(KeyCode::c));
-    EXPECT_TRUE(records.empty());
-    capturer.stop();  // stopping twice is harmless
 }

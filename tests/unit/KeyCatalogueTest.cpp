@@ -124,9 +124,6 @@ TEST(SystemKeys, rawValuesRoundTripAndNoOtherTypeNamesAKey) {
         named.insert(rawValue(key));
     }
     for (int raw = -2; raw < 300; ++raw) EXPECT_EQ(systemKeyFromRaw(raw).has_value(), named.count(raw) == 1) << raw;
-    EXPECT_EQ(rawValue(SystemKeyID::playPause), 16);
     EXPECT_EQ(displayName(SystemKeyID::playPause), "Play/Pause");
-    EXPECT_EQ(rawValue(SystemKeyID::launchpad), 131);
-    EXPECT_EQ(symbol(SystemKeyID::volumeUp), "\U0001F50A");
     EXPECT_EQ(symbol(SystemKeyID::keyboardBacklightUp), "\u2328\uFE0F+");
 }

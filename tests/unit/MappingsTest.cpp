@@ -54,20 +54,6 @@ TEST(MappingRecords, labelsPutModifierGlyphsInFixedOrderBeforeTheSymbol) {
     for (const auto& [key, label] : cases) EXPECT_EQ(key.label(), label);
 }
 
-TEST(MappingRecords, equalityTellsKindsApartAndEveryMappingFieldCounts) {
-    // Same raw value or the same name, different kind.
-    EXPECT_NE(SourceKey::regular(KeyCode::a), SourceKey::system(SystemKeyID::volumeUp));
-    EXPECT_NE(SourceKey::regular(KeyCode::missionControl), SourceKey::system(SystemKeyID::missionControl));
-    EXPECT_NE(TargetAction::key(KeyCode::b), TargetAction::combination(KeyCode::b, {}));
-    const KeyMapping base{Uuid::random(), SourceKey::regular(KeyCode::f5),
-                          TargetAction::combination(KeyCode::four, {true, false, false, true}), true};
-    KeyMapping flipped = base, otherId = base;
-    flipped.isEnabled = false;
-    otherId.id = Uuid::random();
-    EXPECT_NE(base, flipped);
-    EXPECT_NE(base, otherId);
-}
-
 // Lower-case text read and written in upper case: the print-mappings scenario.
 TEST(MappingRecords, uuidTextIsCanonicalUpperCaseAndParsesEitherCase) {
     for (const char* bad : {"", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F60", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F6077",

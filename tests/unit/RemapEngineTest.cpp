@@ -1,4 +1,5 @@
-// Event decoding and the engine's tricky cases; its ordinary paths run through the scenario files.
+// Event decoding and the engine's tricky cases; its ordinary paths, and the system switching the tap off
+// (which the tap manager handles before the engine), run through the scenario files.
 #include "Mappings.h"
 #include "interception/RemapEngine.h"
 #include "model/IndexedMappings.h"
@@ -34,12 +35,6 @@ struct EngineTest : ::testing::Test {
 };
 
 }  // namespace
-
-TEST_F(EngineTest, tapDisabledNotificationsPass) {
-    use({mapping(KeyCode::a, TargetAction::block())});
-    for (std::uint32_t type : {TapEventType::tapDisabledByTimeout, TapEventType::tapDisabledByUserInput})
-        EXPECT_EQ(engine.handleEvent(key(type, KeyCode::a)).kind(), TapDecision::Kind::pass);
-}
 
 TEST_F(EngineTest, aModifierKeyReadsOnlyItsOwnFlagAndOtherKeysFlagChangesPass) {
     use({mapping(KeyCode::leftShift, TargetAction::combination(KeyCode::a, {false, false, true, false})),

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QQmlComponent>
-#include <QQmlEngine>
 
 using namespace orvane::testing;
 

@@ -72,14 +72,12 @@ protected:
 
 }  // namespace
 
-// Key downs and ups, a modifier's press and release, a media key's and an unknown subtype: the view's rows.
+// Key downs and ups, a modifier's press and release, a media key's and an unknown subtype: the view's rows;
+// which flags make a modifier down, for every key: the event decoding's tests.
 TEST(DebugEventText, directionLabelAndToneForEveryTypeAndState) {
     const std::tuple<DebugEvent, const char*, BadgeTone> cases[] = {
-        {record(12, 60, 0x20102), "\u2193 flags", BadgeTone::Purple},  // right Shift shares the flag
-        {record(12, 63, 0x100000), "\u2191 flags", BadgeTone::Purple},  // fn reads only its own flag
-        {record(12, 0, 0x20000), "\u2191 flags", BadgeTone::Purple},    // not a modifier key: never down
+        {record(12, 0, 0x20000), "\u2191 flags", BadgeTone::Purple},  // not a modifier key: never down
         {record(14), "\u25C6 system", BadgeTone::Orange},
-        {record(14, 0, 0, 8, 0x00190B00), "\u2191 system", BadgeTone::Orange},  // not a catalogue key
         {record(13), "? unknown", BadgeTone::Secondary},
     };
     for (const auto& [event, label, tone] : cases) {
@@ -150,9 +148,7 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
     EXPECT_EQ(text("statusText"), instruction);
     EXPECT_FALSE(ui.find("statusIcon")->isVisible());
     EXPECT_EQ(text("captureButton"), "Start Capture");
-    EXPECT_FALSE(ui.find("clearButton")->isEnabled());
-    EXPECT_EQ(text("countText"), "0 events");
-    EXPECT_TRUE(rows().empty());
+    EXPECT_FALSE(ui.find("clearButton")->isEnabled());  // and no rows: see after a clear
     ui.screenshot(QStringLiteral("debugger-empty"));
 
     startCapture();
