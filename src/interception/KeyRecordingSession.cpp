@@ -29,6 +29,12 @@ void KeyRecordingSession::startRecording() {
     const bool wasRunning = manager_.isRunning();
     // Keys, Caps Lock included, must arrive as themselves while recording.
     if (wasRunning) manager_.stop();
+    // Stopping waits for the HID tool with the event loop turning: the field may have ended the
+    // recording meanwhile (its window closed), and then it resumes what it paused.
+    if (!isRecording_) {
+        if (wasRunning) manager_.start();
+        return;
+    }
     recorder_ = std::make_unique<KeyRecorder>(events_, allowModifiers_, wasRunning, [this](const RecordedKey& key) { onKeyRecorded(key); });
     recorder_->start();
 }

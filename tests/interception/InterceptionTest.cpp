@@ -229,6 +229,18 @@ TEST_F(KeyRecorderTest, theResumedTapReappliesTheCapsLockRemappingAndAStoppedTap
     EXPECT_FALSE(manager->isRunning());
 }
 
+// A slow tool keeps the pause's clear waiting, and the window closes meanwhile.
+TEST_F(KeyRecorderTest, aRecordingEndedWhileThePauseWaitsForTheToolResumesTheTap) {
+    manager->start();
+    settle();
+    tool.setDelay("0.3");
+    QTimer::singleShot(50, &field, [this] { field.stopRecording(); });
+    field.startRecording();
+    EXPECT_FALSE(field.isRecording());
+    EXPECT_TRUE(manager->isRunning());
+    EXPECT_EQ(events.activeTapCount(), 1);  // the main tap, and no recorder tap left behind
+}
+
 TEST_F(KeyRecorderTest, withoutPermissionItWaitsForCancelWhichRestoresTheMainTap) {
     manager->start();
     settle();
