@@ -71,15 +71,15 @@ TEST_F(HidutilOnUsbKeyboard, theUsageTableIsTheKernelsOwn) {
 TEST_F(HidutilOnUsbKeyboard, aKeyboardPluggedInLaterGetsTheMappingInForceAndIsRestoredWithTheRest) {
     ASSERT_EQ(setProperty(remapText(0x29)).first, 0);
     // A keyboard plugged in starts from the kernel's own keymap.
-    input_keymap_entry own{.flags = 0, .len = sizeof capsLockScancode, .index = 0, .keycode = KEY_CAPSLOCK, .scancode = {}};
-    std::memcpy(own.scancode, &capsLockScancode, sizeof capsLockScancode);
+    input_keymap_entry own{.flags = 0, .len = sizeof hidCapsLockScancode, .index = 0, .keycode = KEY_CAPSLOCK, .scancode = {}};
+    std::memcpy(own.scancode, &hidCapsLockScancode, sizeof hidCapsLockScancode);
     ASSERT_EQ(ioctl(fd(), EVIOCSKEYCODE_V2, &own), 0);
 
     const KeymapResult applied = applyCapsLockMappingInForce(fd());
     EXPECT_TRUE(applied.ok) << applied.error;
-    EXPECT_EQ(keyFor(fd(), capsLockScancode), KEY_ESC);
+    EXPECT_EQ(keyFor(fd(), hidCapsLockScancode), KEY_ESC);
     ASSERT_EQ(setProperty(clearText).first, 0);
-    EXPECT_EQ(keyFor(fd(), capsLockScancode), KEY_CAPSLOCK);
+    EXPECT_EQ(keyFor(fd(), hidCapsLockScancode), KEY_CAPSLOCK);
 }
 
 TEST_F(HidutilOnUsbKeyboard, refusalsPrintOneErrorLineAndChangeNothing) {
@@ -95,7 +95,7 @@ TEST_F(HidutilOnUsbKeyboard, refusalsPrintOneErrorLineAndChangeNothing) {
         EXPECT_EQ(output.rfind("error: ", 0), 0u) << output;
         EXPECT_EQ(output.find('\n'), output.size() - 1) << output;
         EXPECT_NE(output.find(reason), std::string::npos) << output;
-        EXPECT_EQ(keyFor(fd(), capsLockScancode), KEY_CAPSLOCK);
+        EXPECT_EQ(keyFor(fd(), hidCapsLockScancode), KEY_CAPSLOCK);
     }
 }
 

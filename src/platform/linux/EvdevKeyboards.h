@@ -1,7 +1,9 @@
-// The machine's keyboards through libevdev, found and watched for hot-plug through libudev.
+// The machine's keyboards as one input: each read on the main thread, found and watched for
+// hot-plug by a KeyboardFinder.
 #pragma once
 
 #include "platform/linux/KeyboardDevices.h"
+#include "platform/linux/KeyboardFinder.h"
 
 #include <QObject>
 
@@ -9,18 +11,14 @@
 #include <memory>
 #include <string>
 
-struct libevdev;
-struct udev;
-struct udev_monitor;
-class QSocketNotifier;
-
 namespace orvane {
+
+class EvdevKeyboard;
 
 class EvdevKeyboards final : public QObject, public KeyboardInput {
     Q_OBJECT
 public:
-    // A keyboard is an event device with keys and the letter keys; ownDevnode (the output) and any
-    // device named like an Orvane output are never read.
+    // ownDevnode (the output) and any device named like an Orvane output are never read.
     explicit EvdevKeyboards(std::string ownDevnode, QObject* parent = nullptr);
     ~EvdevKeyboards() override;
 
@@ -29,8 +27,6 @@ public:
     bool isGrabbed(KeyboardId keyboard) const override;
     void setCapsLockLight(bool on) override;
 
-    // Whether every event device of the machine can be read (keyboards cannot be told apart otherwise).
-    static bool canReadEventDevices();
 
 private:
     struct Keyboard;
@@ -38,16 +34,13 @@ private:
     void addDevice(const char* devnode, bool pluggedNow);
     void removeDevice(const std::string& devnode);
     void readEvents(Keyboard& keyboard);
-    void grabIfIdle(Keyboard& keyboard);
-    void onHotplug();
 
     std::string ownDevnode_;
     Listener* listener_ = nullptr;
     bool grabbed_ = false;
     KeyboardId nextId_ = 1;
     std::map<std::string, std::unique_ptr<Keyboard>> keyboards_;  // by devnode
-    udev* udev_ = nullptr;
-    udev_monitor* monitor_ = nullptr;
+    KeyboardFinder finder_;
 };
 
 }  // namespace orvane

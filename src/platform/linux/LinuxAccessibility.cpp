@@ -1,13 +1,13 @@
 #include "platform/linux/LinuxAccessibility.h"
 
-#include "platform/linux/EvdevKeyboards.h"
+#include "platform/linux/KeyboardFinder.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 
 namespace orvane {
 
-bool LinuxAccessibility::isProcessTrusted(bool) { return outputCreated_() && EvdevKeyboards::canReadEventDevices(); }
+bool LinuxAccessibility::isProcessTrusted(bool) { return outputCreated_() && KeyboardFinder::canReadEventDevices(); }
 
 std::string LinuxAccessibility::instructionsPath() {
     const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/doc/orvane/linux-permissions.md");
