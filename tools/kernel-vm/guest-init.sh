@@ -36,7 +36,12 @@ mkdir -p /dev/shm && mount -t tmpfs tmpfs /dev/shm
 mount --rbind /dev /host/dev
 mount --bind /proc /host/proc
 mount --bind /sys /host/sys
+# Folders of the host's /tmp that the job lives in (orvane_keep, comma-separated) stay visible.
+mkdir -p /hosttmp && mount --bind /host/tmp /hosttmp
 mount -t tmpfs tmpfs /host/tmp
+for folder in $(echo "${orvane_keep:-}" | tr ',' ' '); do
+  mkdir -p "/host$folder" && mount --bind "/hosttmp${folder#/tmp}" "/host$folder" || say "cannot show $folder"
+done
 
 if [ ! -f "/host$orvane_job" ]; then
   say "no job file at $orvane_job"

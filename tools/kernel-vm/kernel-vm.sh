@@ -6,7 +6,8 @@
 #   kernel-vm.sh [--cache DIR] [--timeout SECONDS] [--env NAME=VALUE]... [--] COMMAND [ARG...]
 # The cache (default: build/kernel of the source tree) keeps the kernel and the initramfs between
 # runs. The command runs in the current directory with the sanitizer, GoogleTest and Qt variables
-# of this environment, the --env ones and ORVANE_KERNEL_VM=1; /tmp is the guest's own (empty).
+# of this environment, the --env ones and ORVANE_KERNEL_VM=1; /tmp is the guest's own, with the
+# folders of the host's /tmp that the command, its arguments and the cache live in shown read-only.
 # ORVANE_QEMU names the qemu binary (default qemu-system-x86_64).
 set -uo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
@@ -115,8 +116,22 @@ if [ "$(cat "$kernel/initrd.sum" 2>/dev/null)" != "$sum" ]; then
 fi
 
 # The job: a bash script on the host's disk that the guest runs through chroot.
-case $cache in /tmp|/tmp/*) fail "the cache $cache is under /tmp, which the guest covers with its own tmpfs" ;; esac
 case $cache in *[[:space:]]*) fail "the cache path $cache has white space, which the kernel command line cannot carry" ;; esac
+# The guest covers /tmp with a tmpfs of its own; the folders of the host's /tmp that the job needs
+# (a clone, its build, the cache) are shown again inside it, read-only like the rest of the host.
+keep=()
+keep_tmp_folder() {
+  case $1 in
+    /tmp/*) local rest=${1#/tmp/}; local top=/tmp/${rest%%/*}
+            case " ${keep[*]} " in *" $top "*) ;; *) keep+=("$top") ;; esac ;;
+  esac
+}
+keep_tmp_folder "$cache"; keep_tmp_folder "$PWD"
+for word in "$@" "${extra_env[@]}"; do keep_tmp_folder "${word#*=}"; done
+for folder in "${keep[@]}"; do
+  case $folder in *[[:space:],]*) fail "the folder $folder has white space or a comma, which the kernel command line cannot carry" ;; esac
+done
+keep_list=$(IFS=,; echo "${keep[*]}")
 run=$(mktemp -d "$cache/run.XXXXXX") || fail "cannot create a run folder in $cache"
 socket_dir=$(mktemp -d) || fail "cannot create a folder for the QMP socket"
 trap 'rm -rf "$run" "$socket_dir"' EXIT
@@ -138,7 +153,7 @@ image=$kernel/vmlinux
 [ -f "$image" ] || image=$kernel/vmlinuz
 timeout --kill-after=10 "$seconds" "$qemu" -accel tcg -m 1024 -nographic -no-reboot -nic none \
   -kernel "$image" -initrd "$kernel/initrd.gz" \
-  -append "console=ttyS0 quiet panic=-1 orvane_job=$run/job.sh" \
+  -append "console=ttyS0 quiet panic=-1 orvane_job=$run/job.sh orvane_keep=$keep_list" \
   -virtfs local,path=/,mount_tag=host,security_model=none,readonly=on,multidevs=remap \
   -device qemu-xhci -device usb-kbd -qmp "unix:$socket_dir/qmp,server=on,wait=off" \
   </dev/null 2>"$run/qemu.err" |
