@@ -83,12 +83,16 @@ TEST_F(LinuxEventSystemTest, interceptingWritesWhatTheMappingsMakeWithExactModif
         // Shift held by the user stays as it is for an unmapped key.
         {{{KEY_LEFTSHIFT, 1}, {KEY_C, 1}, {KEY_C, 0}, {KEY_LEFTSHIFT, 0}},
          {{KEY_LEFTSHIFT, 1}, {KEY_C, 1}, {KEY_C, 0}, {KEY_LEFTSHIFT, 0}}},
-        // A combination gets exactly its modifiers for its key alone: Control held is let go meanwhile.
-        {{{KEY_LEFTCTRL, 1}, {KEY_F1, 1}, {KEY_F1, 0}, {KEY_LEFTCTRL, 0}},
-         {{KEY_LEFTCTRL, 1},
-          {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_LEFTCTRL, 0}, {KEY_K, 1}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTCTRL, 1},
-          {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_LEFTCTRL, 0}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTCTRL, 1},
-          {KEY_LEFTCTRL, 0}}},
+        // A combination is a chord held as long as its source: exactly its modifiers (Control held is
+        // let go meanwhile), repeats of the chord, a key typed meanwhile under the chord's modifiers;
+        // at its release the user's Control comes back.
+        {{{KEY_LEFTCTRL, 1}, {KEY_F1, 1}, {KEY_F1, 2}, {KEY_C, 1}, {KEY_C, 0}, {KEY_F1, 0}, {KEY_LEFTCTRL, 0}},
+         {{KEY_LEFTCTRL, 1}, {KEY_LEFTCTRL, 0}, {KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_K, 2}, {KEY_C, 1}, {KEY_C, 0},
+          {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTCTRL, 1}, {KEY_LEFTCTRL, 0}}},
+        // The user's modifier changes under a chord show once it ends; the right Shift held stays the side used.
+        {{{KEY_RIGHTSHIFT, 1}, {KEY_F1, 1}, {KEY_LEFTALT, 1}, {KEY_F1, 0}, {KEY_LEFTALT, 0}, {KEY_RIGHTSHIFT, 0}},
+         {{KEY_RIGHTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_K, 0}, {KEY_LEFTMETA, 0}, {KEY_LEFTALT, 1}, {KEY_LEFTALT, 0},
+          {KEY_RIGHTSHIFT, 0}}},
         // Media keys travel as system-defined events, mapped or not; keys outside the catalogue pass.
         {{{KEY_VOLUMEUP, 1}, {KEY_VOLUMEUP, 0}, {KEY_MUTE, 1}, {KEY_MUTE, 0}}, {{KEY_F13, 1}, {KEY_F13, 0}, {KEY_MUTE, 1}, {KEY_MUTE, 0}}},
         // Caps Lock toggles: each press is a whole press on the output, releases are not seen.

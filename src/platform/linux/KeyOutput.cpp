@@ -4,27 +4,25 @@
 #include "platform/linux/EvdevKeyTable.h"
 #include "platform/linux/KeyboardTranslator.h"
 
-#include <array>
-#include <vector>
+#include <linux/input-event-codes.h>
+
+#include <algorithm>
 
 namespace orvane {
 namespace {
 
 constexpr std::uint64_t comboFlags = EventFlag::shift | EventFlag::control | EventFlag::alternate | EventFlag::command;
 
-struct ModifierKeys {
-    std::uint64_t flag;
-    KeyCode left, right;
-};
-// Command is Super (Meta), Option is Alt, Control is Ctrl, Shift is Shift.
-constexpr std::array<ModifierKeys, 4> modifierKeys{{
-    {EventFlag::shift, KeyCode::leftShift, KeyCode::rightShift},
-    {EventFlag::control, KeyCode::leftControl, KeyCode::rightControl},
-    {EventFlag::alternate, KeyCode::leftOption, KeyCode::rightOption},
-    {EventFlag::command, KeyCode::leftCommand, KeyCode::rightCommand},
-}};
+// Command is Super (Meta), Option is Alt, Control is Ctrl, Shift is Shift; each flag's left key first.
+constexpr std::array<std::uint16_t, 8> modifierCodes{KEY_LEFTSHIFT, KEY_RIGHTSHIFT, KEY_LEFTCTRL, KEY_RIGHTCTRL,
+                                                     KEY_LEFTALT,   KEY_RIGHTALT,   KEY_LEFTMETA, KEY_RIGHTMETA};
+constexpr std::array<std::uint64_t, 4> modifierFlags{EventFlag::shift, EventFlag::control, EventFlag::alternate, EventFlag::command};
 
-std::uint16_t codeOf(KeyCode key) { return *evdevkeys::codeFor(key); }
+std::optional<std::size_t> modifierIndex(std::uint16_t code) {
+    for (std::size_t i = 0; i < modifierCodes.size(); ++i)
+        if (modifierCodes[i] == code) return i;
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -47,8 +45,37 @@ void KeyOutput::passThrough(std::uint16_t code, int value) {
 }
 
 void KeyOutput::releaseAll() {
+    chordCount_ = 0;
+    users_.reset();
     for (std::uint16_t code = 0; code < down_.size(); ++code)
         if (down_[code]) setKey(code, false);
+}
+
+KeyOutput::ModifierSet KeyOutput::modifiersOf(const Chord& chord) const {
+    ModifierSet wanted;
+    for (std::size_t family = 0; family < modifierFlags.size(); ++family) {
+        if (!(chord.flags & modifierFlags[family])) continue;
+        // The side the user holds, if any, so that nothing changes on the output needlessly.
+        const bool left = users_[family * 2], right = users_[family * 2 + 1];
+        wanted[family * 2] = left || !right;
+        wanted[family * 2 + 1] = right;
+    }
+    return wanted;
+}
+
+void KeyOutput::showModifiers() {
+    ModifierSet wanted = chordCount_ ? modifiersOf(chords_[chordCount_ - 1]) : users_;
+    for (std::size_t i = 0; i < chordCount_; ++i)  // a chord whose key is itself a modifier keeps it
+        if (const auto index = modifierIndex(chords_[i].code)) wanted[*index] = true;
+    for (std::size_t i = 0; i < modifierCodes.size(); ++i)
+        if (!wanted[i]) setKey(modifierCodes[i], false);
+    for (std::size_t i = 0; i < modifierCodes.size(); ++i)
+        if (wanted[i] && !isDown(modifierCodes[i])) setKey(modifierCodes[i], true);
+}
+
+void KeyOutput::setUsersModifier(std::size_t modifier, bool down) {
+    users_[modifier] = down;
+    if (chordCount_ == 0) setKey(modifierCodes[modifier], down);  // under a chord: shown when it ends
 }
 
 void KeyOutput::deliver(const PlatformEvent& event, std::uint64_t heldFlags) {
@@ -72,8 +99,9 @@ void KeyOutput::deliver(const PlatformEvent& event, std::uint64_t heldFlags) {
         }
         // Each side's own bit tells which of two held keys of a modifier changed.
         const auto side = sideFlag(*decoded.key);
-        if (side) setKey(*code, (event.flags & *side) != 0);
-        else if (decoded.isDown) setKey(*code, *decoded.isDown);
+        const bool down = side ? (event.flags & *side) != 0 : decoded.isDown.value_or(false);
+        if (const auto modifier = modifierIndex(*code)) setUsersModifier(*modifier, down);
+        else setKey(*code, down);
         return;
     }
     if (decoded.type == TapEventType::keyDown || decoded.type == TapEventType::keyUp)
@@ -82,26 +110,29 @@ void KeyOutput::deliver(const PlatformEvent& event, std::uint64_t heldFlags) {
 
 void KeyOutput::deliverKey(std::uint16_t code, std::optional<std::uint64_t> ownFlag, bool down, std::uint64_t flags,
                            std::uint64_t heldFlags) {
+    Chord* const chordsEnd = chords_.data() + chordCount_;
+    Chord* const chord = std::find_if(chords_.data(), chordsEnd, [code](const Chord& c) { return c.code == code; });
     const std::uint64_t considered = comboFlags & ~ownFlag.value_or(0);
-    if ((flags & considered) == (heldFlags & considered)) {
-        setKey(code, down);
+    const bool combination = down && (flags & considered) != (heldFlags & considered);
+    if (chord == chordsEnd && !combination) {
+        // A modifier key delivered as a key (a key mapped to one) counts as the user's own.
+        if (const auto modifier = modifierIndex(code)) setUsersModifier(*modifier, down);
+        else setKey(code, down);  // typed while a chord is held, it gets the chord's modifiers
         return;
     }
-    std::vector<std::uint16_t> pressed, released;
-    for (const ModifierKeys& modifier : modifierKeys) {
-        if (!(considered & modifier.flag)) continue;
-        const std::uint16_t left = codeOf(modifier.left), right = codeOf(modifier.right);
-        const bool wanted = flags & modifier.flag, present = isDown(left) || isDown(right);
-        if (wanted && !present) pressed.push_back(left);
-        if (!wanted && present)
-            for (const std::uint16_t side : {left, right})
-                if (isDown(side)) released.push_back(side);
+    if (!down) {
+        setKey(code, false);
+        std::copy(chord + 1, chordsEnd, chord);
+        --chordCount_;
+        showModifiers();
+        return;
     }
-    for (const auto modifier : pressed) setKey(modifier, true);
-    for (const auto modifier : released) setKey(modifier, false);
-    setKey(code, down);
-    for (const auto modifier : pressed) setKey(modifier, false);
-    for (const auto modifier : released) setKey(modifier, true);
+    // A held chord's repeats repeat the chord.
+    if (chord == chordsEnd && chordCount_ < chords_.size()) {
+        chords_[chordCount_++] = {code, flags};
+        showModifiers();
+    }
+    setKey(code, true);
 }
 
 }  // namespace orvane
