@@ -1,5 +1,6 @@
 #include "platform/linux/EvdevKeyboard.h"
 
+#include "platform/linux/KeyboardKeymap.h"
 #include "platform/linux/UinputKeyboard.h"
 
 #include <libevdev/libevdev.h>
@@ -27,7 +28,7 @@ bool holdsAnyKey(const libevdev* device) {
 
 }  // namespace
 
-std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode) {
+std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode, RecordedCapsLockMapping& capsLock) {
     const int fd = ::open(devnode, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) return nullptr;
     libevdev* device = nullptr;
@@ -37,6 +38,7 @@ std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode) {
     }
     std::unique_ptr<EvdevKeyboard> keyboard(new EvdevKeyboard(fd, device));
     if (!isKeyboard(device) || std::strcmp(libevdev_get_name(device), UinputKeyboard::deviceName) == 0) return nullptr;
+    if (!capsLockEntry(fd)) keyboard->capsLock_ = &capsLock;
     return keyboard;
 }
 
@@ -58,8 +60,19 @@ bool EvdevKeyboard::readKeys(KeyboardInput::Listener* listener, KeyboardId id) {
         if (status < 0) return false;
         // After a dropped report, libevdev hands over the differences as events of their own.
         if (status == LIBEVDEV_READ_STATUS_SYNC) flag = LIBEVDEV_READ_FLAG_SYNC;
-        if (event.type == EV_KEY && listener) listener->keyEvent(id, static_cast<std::uint16_t>(event.code), event.value);
+        if (event.type != EV_KEY || !listener) continue;
+        auto code = static_cast<std::uint16_t>(event.code);
+        if (code == KEY_CAPSLOCK && capsLock_) code = capsLockKey(event.value);
+        listener->keyEvent(id, code, event.value);
     }
+}
+
+std::uint16_t EvdevKeyboard::capsLockKey(int value) {
+    // A held Caps Lock stays the key it was pressed as, whatever the mapping does meanwhile.
+    if (value == 1 || capsLockPressedAs_ == 0) capsLockPressedAs_ = grabbed_ ? capsLock_->capsLockKey() : std::uint16_t{KEY_CAPSLOCK};
+    const std::uint16_t key = capsLockPressedAs_;
+    if (value == 0) capsLockPressedAs_ = 0;
+    return key;
 }
 
 void EvdevKeyboard::grabIfIdle() {

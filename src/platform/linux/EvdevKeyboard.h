@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/linux/KeyboardDevices.h"
+#include "platform/linux/RecordedCapsLockMapping.h"
 
 #include <memory>
 
@@ -13,8 +14,10 @@ namespace orvane {
 class EvdevKeyboard {
 public:
     // The keyboard at devnode: an event device with keys and the letter keys, not named like an
-    // Orvane output. None otherwise, or when it cannot be opened.
-    static std::unique_ptr<EvdevKeyboard> open(const char* devnode);
+    // Orvane output. None otherwise, or when it cannot be opened. While it is grabbed, a keyboard
+    // whose kernel keymap has no Caps Lock entry gives for Caps Lock what `capsLock` says, as one
+    // whose keymap orvane-hidutil changed does by itself.
+    static std::unique_ptr<EvdevKeyboard> open(const char* devnode, RecordedCapsLockMapping& capsLock);
     ~EvdevKeyboard();
     EvdevKeyboard(const EvdevKeyboard&) = delete;
     EvdevKeyboard& operator=(const EvdevKeyboard&) = delete;
@@ -30,10 +33,13 @@ public:
 
 private:
     EvdevKeyboard(int fd, libevdev* device) : fd_(fd), device_(device) {}
+    std::uint16_t capsLockKey(int value);
 
     int fd_;
     libevdev* device_;
     bool grabbed_ = false;
+    RecordedCapsLockMapping* capsLock_ = nullptr;  // none: the kernel keymap turns Caps Lock itself
+    std::uint16_t capsLockPressedAs_ = 0;
 };
 
 }  // namespace orvane

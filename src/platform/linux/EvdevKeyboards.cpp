@@ -25,7 +25,7 @@ EvdevKeyboards::~EvdevKeyboards() { keyboards_.clear(); }
 void EvdevKeyboards::addDevice(const char* devnode, bool pluggedNow) {
     if (devnode == ownDevnode_ || keyboards_.contains(devnode)) return;
     auto keyboard = std::make_unique<Keyboard>();
-    keyboard->device = EvdevKeyboard::open(devnode);
+    keyboard->device = EvdevKeyboard::open(devnode, capsLock_);
     if (!keyboard->device) return;
     // Caps Lock below the taps holds for keyboards plugged in later too; those present at the
     // start had it from the HID tool.

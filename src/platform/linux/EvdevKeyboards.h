@@ -4,6 +4,7 @@
 
 #include "platform/linux/KeyboardDevices.h"
 #include "platform/linux/KeyboardFinder.h"
+#include "platform/linux/RecordedCapsLockMapping.h"
 
 #include <QObject>
 
@@ -40,6 +41,7 @@ private:
     bool grabbed_ = false;
     KeyboardId nextId_ = 1;
     std::map<std::string, std::unique_ptr<Keyboard>> keyboards_;  // by devnode
+    RecordedCapsLockMapping capsLock_;
     KeyboardFinder finder_;
 };
 

@@ -21,7 +21,7 @@ input_keymap_entry entryFor(std::uint32_t scancode) {
 std::optional<CapsLockEntry> capsLockEntry(int fd) {
     // A HID keymap has no entry for the AT code and atkbd's is too short for the HID one, so at most
     // one of them answers.
-    for (const std::uint32_t scancode : {hidCapsLockScancode}) {
+    for (const std::uint32_t scancode : {hidCapsLockScancode, atCapsLockScancode}) {
         input_keymap_entry entry = entryFor(scancode);
         if (::ioctl(fd, EVIOCGKEYCODE_V2, &entry) == 0) return CapsLockEntry{scancode, static_cast<std::uint16_t>(entry.keycode)};
     }
