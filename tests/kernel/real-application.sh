@@ -1,37 +1,51 @@
 #!/usr/bin/env bash
-# The real orvane binary on a real kernel, as a user runs it: with A → B and Caps Lock → Escape
-# stored, keys pressed on the emulated USB keyboard reach applications (Orvane's output device)
-# remapped; SIGTERM stops the tap and restores Caps Lock. Runs inside tools/kernel-vm.
-#   real-application.sh ORVANE_BINARY
+# The real orvane binary on a real kernel, as a user runs it, typing on one kind of keyboard: the
+# emulated USB keyboard, the machine's PS/2 keyboard (a laptop's own, as the kernel sees it; the
+# machine must have no USB keyboard) or a uinput keyboard (no keymap the HID tool could change).
+# What applications receive (Orvane's output device) must be remapped: A → B, Caps Lock → Escape,
+# F1 → ⇧⌘K held as a chord for as long as F1 is, and Caps Lock → ⇧⌘K through F18. Quitting
+# restores Caps Lock. Runs inside tools/kernel-vm.
+#   real-application.sh ORVANE_BINARY usb|ps2|uinput
 set -u
-orvane=$1
+orvane=$1 kind=$2
 work=$(mktemp -d)
+pid= reader=
+trap 'exec 3>&-; kill $(jobs -p) 2>/dev/null' EXIT  # nothing of ours may outlive the test
 fail() {
-  echo "FAIL: $*"; echo "--- orvane's output:"; cat "$work/out"
-  kill -KILL "$pid" 2>/dev/null  # its output device goes with it, and so does the reader
+  echo "FAIL ($kind): $*"; echo "--- orvane's output:"; cat "$work/out"
+  kill -KILL $pid $reader 2>/dev/null  # its output device goes with it, and so does the reader
   exit 1
 }
+declare -A code=([a]=30 [caps_lock]=58 [f1]=59)
+readonly K=37 LEFTSHIFT=42 LEFTMETA=125 ESC=1 B=48 A=30 CAPS=58 F18=188
 
-mkdir -p "$work/config/user.com"
-mappings='[{"id":"0E1D2C3B-4A59-4687-9A5B-C0D1E2F30415","sourceKey":{"regular":{"_0":0}},"targetAction":{"key":{"_0":11}},"isEnabled":true},'
-mappings+='{"id":"1E1D2C3B-4A59-4687-9A5B-C0D1E2F30415","sourceKey":{"regular":{"_0":57}},"targetAction":{"key":{"_0":53}},"isEnabled":true}]'
-# An ini string value: quoted, with its quotes escaped.
-printf '[General]\nOrvane.Mappings="%s"\nOrvane.LastUpdateCheck=%s\n' "${mappings//\"/\\\"}" "$(date +%s)" \
-  >"$work/config/user.com/Orvane-kernel.conf"
+# Keys are typed through the host (QMP) on the emulated keyboards, or written to a uinput keyboard.
+if [ "$kind" = uinput ]; then
+  mkfifo "$work/keys"
+  /usr/bin/python3 -c '
+import fcntl, os, struct, sys
+fd = os.open("/dev/uinput", os.O_WRONLY)
+fcntl.ioctl(fd, 0x40045564, 1)  # UI_SET_EVBIT EV_KEY
+for key in range(1, 249): fcntl.ioctl(fd, 0x40045565, key)  # UI_SET_KEYBIT
+fcntl.ioctl(fd, 0x405c5503, struct.pack("HHHH80sI", 0x06, 1, 1, 1, b"Orvane test keyboard", 0))  # UI_DEV_SETUP
+fcntl.ioctl(fd, 0x5501)  # UI_DEV_CREATE
+print("created", flush=True)
+for line in open(sys.argv[1]):
+    action, key = line.split()
+    os.write(fd, struct.pack("llHHi", 0, 0, 1, int(key), action == "press") + struct.pack("llHHi", 0, 0, 0, 0, 0))
+' "$work/keys" >"$work/keyboard" &
+  exec 3>"$work/keys"
+  for _ in $(seq 50); do grep -q created "$work/keyboard" && break; sleep 0.1; done
+  grep -q created "$work/keyboard" || fail "no uinput keyboard"
+fi
+key() {  # key press|release NAME
+  if [ "$kind" = uinput ]; then echo "$1 ${code[$2]}" >&3; else echo "ORVANE-QMP $1 $2"; fi
+}
+press() { key press "$1"; sleep 0.1; key release "$1"; }
 
-XDG_CONFIG_HOME=$work/config ORVANE_INSTANCE=kernel QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software HOME=$work \
-  ASAN_OPTIONS=detect_leaks=0 "$orvane" >"$work/out" 2>"$work/err" &
-pid=$!
-for _ in $(seq 600); do grep -q "Event tap started successfully" "$work/out" && break; sleep 0.2; done
-grep -q "Event tap started successfully" "$work/out" || fail "no start line"
-
-output=
-for node in /sys/class/input/event*; do
-  [ "$(cat "$node/device/name")" = "Orvane Virtual Keyboard" ] && output=/dev/input/${node##*/}
-done
-[ -n "$output" ] || fail "no output device"
-# What applications receive: one line per key event, "CODE VALUE" (repeats left out).
-/usr/bin/python3 -c '
+# What a device delivers: one line per key event, "CODE VALUE" (repeats left out).
+read_keys() {
+  exec /usr/bin/python3 -c '
 import os, struct, sys
 fd = os.open(sys.argv[1], os.O_RDONLY)
 while True:
@@ -39,23 +53,102 @@ while True:
     except OSError: break
     _, _, kind, code, value = struct.unpack("llHHi", data)
     if kind == 1 and value != 2: print(code, value, flush=True)
-' "$output" >"$work/received" &
+' "$1"
+}
+# The keys a device holds down now (EVIOCGKEY), in code order.
+held_keys() {
+  /usr/bin/python3 -c '
+import fcntl, os, sys
+state = bytearray(96)
+fcntl.ioctl(os.open(sys.argv[1], os.O_RDONLY), (2 << 30) | (96 << 16) | (ord("E") << 8) | 0x18, state)
+print(" ".join(str(k) for k in range(768) if state[k // 8] >> (k % 8) & 1))
+' "$1"
+}
+device_named() {
+  for node in /sys/class/input/event*; do
+    [ "$(cat "$node/device/name")" = "$1" ] && echo "/dev/input/${node##*/}"
+  done
+}
+usb_keyboard() {
+  for node in /sys/class/input/event*; do
+    [ "$(cat "$node/device/id/bustype")" = 0003 ] && echo "/dev/input/${node##*/}" && return
+  done
+}
 
-press() { echo "ORVANE-QMP press $1"; sleep 0.1; echo "ORVANE-QMP release $1"; }
-# Under emulation the application may still be building its window: keys typed while its main
-# thread is busy can overflow the kernel's queue (and are then dropped, never stuck). Try again.
-for _ in $(seq 20); do
-  press a; sleep 2
-  grep -qx "48 0" "$work/received" && break
-done
-grep -qx "48 0" "$work/received" || fail "A never arrived as B"
-press caps_lock; sleep 3
-kill -TERM "$pid"; wait "$pid"
+# Starts Orvane with these mappings (JSON list) and the reader of its output device.
+start() {
+  mkdir -p "$work/config/user.com"
+  # An ini string value: quoted, with its quotes escaped.
+  printf '[General]\nOrvane.Mappings="%s"\nOrvane.LastUpdateCheck=%s\n' "${1//\"/\\\"}" "$(date +%s)" \
+    >"$work/config/user.com/Orvane-kernel.conf"
+  XDG_CONFIG_HOME=$work/config ORVANE_INSTANCE=kernel QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software HOME=$work \
+    ASAN_OPTIONS=detect_leaks=0 "$orvane" >"$work/out" 2>"$work/err" &
+  pid=$!
+  for _ in $(seq 600); do grep -q "Event tap started successfully" "$work/out" && break; sleep 0.2; done
+  grep -q "Event tap started successfully" "$work/out" || fail "no start line"
+  output=$(device_named "Orvane Virtual Keyboard")
+  [ -n "$output" ] || fail "no output device"
+  : >"$work/received"
+  read_keys "$output" >>"$work/received" &  # appending, so that emptying the file restarts it
+  reader=$!
+  # Under emulation the application may still be building its window: keys typed while its main
+  # thread is busy can overflow the kernel's queue (and are then dropped, never stuck). Try again.
+  for _ in $(seq 20); do
+    press a; sleep 2
+    grep -qx "$B 0" "$work/received" && break
+  done
+  grep -qx "$B 0" "$work/received" || fail "A never arrived as B"
+  ! grep -q "^$A " "$work/received" || fail "A reached applications unchanged"
+  : >"$work/received"
+}
+quit() {
+  kill -TERM "$pid"; wait "$pid"
+  wait "$reader" 2>/dev/null
+  tail -1 "$work/out" | grep -qx "HIDUtil: Cleared HID remapping, Caps Lock restored" || fail "quit did not restore Caps Lock"
+}
+mapping() {  # mapping SOURCE TARGET_ACTION_JSON, with a fresh id
+  printf '{"id":"%s","sourceKey":{"regular":{"_0":%s}},"targetAction":%s,"isEnabled":true}' \
+    "$(cat /proc/sys/kernel/random/uuid | tr a-f A-F)" "$1" "$2"
+}
+a_to_b=$(mapping 0 '{"key":{"_0":11}}')
+command_shift_k='{"combination":{"_0":40,"_1":{"command":true,"option":false,"control":false,"shift":true}}}'
 
-echo "received: $(tr '\n' ',' <"$work/received")"
-! grep -q "^30 " "$work/received" || fail "A reached applications unchanged"
-grep -qx "1 1" "$work/received" && grep -qx "1 0" "$work/received" || fail "Caps Lock did not arrive as Escape"
-! grep -q "^58 " "$work/received" || fail "Caps Lock reached applications unchanged"
+# 1. Caps Lock → Escape at the HID layer, and a held combination.
+start "[$a_to_b,$(mapping 57 '{"key":{"_0":53}}'),$(mapping 122 "$command_shift_k")]"
 grep -q "HIDUtil: Remapped Caps Lock → Escape at HID layer" "$work/out" || fail "the HID tool was not run"
-tail -1 "$work/out" | grep -qx "HIDUtil: Cleared HID remapping, Caps Lock restored" || fail "quit did not restore Caps Lock"
+press caps_lock; sleep 2
+grep -qx "$ESC 1" "$work/received" && grep -qx "$ESC 0" "$work/received" ||
+  fail "Caps Lock did not arrive as Escape: $(tr '\n' , <"$work/received")"
+! grep -q "^$CAPS " "$work/received" || fail "Caps Lock reached applications unchanged"
+key press f1; sleep 1
+held=$(held_keys "$output")
+key release f1; sleep 1
+[ "$held" = "$K $LEFTSHIFT $LEFTMETA" ] || fail "held F1 made the output hold '$held', not K, Shift and Meta"
+[ -z "$(held_keys "$output")" ] || fail "after F1's release the output still holds $(held_keys "$output")"
+quit
+echo "caps lock as escape and a held combination: $(tr '\n' , <"$work/received")"
+
+# 2. Caps Lock → ⇧⌘K: the HID layer gives F18, the taps finish it.
+start "[$a_to_b,$(mapping 57 "$command_shift_k")]"
+grep -q "HIDUtil: Remapped Caps Lock → F18 at HID layer" "$work/out" || fail "Caps Lock was not routed through F18"
+key press caps_lock; sleep 1
+held=$(held_keys "$output")
+key release caps_lock; sleep 2
+[ "$held" = "$K $LEFTSHIFT $LEFTMETA" ] || fail "held Caps Lock made the output hold '$held', not K, Shift and Meta"
+! grep -qE "^($CAPS|$F18) " "$work/received" || fail "Caps Lock or F18 reached applications: $(tr '\n' , <"$work/received")"
+quit
+echo "caps lock through F18: $(tr '\n' , <"$work/received")"
+
+# 3. After quitting, the keyboard gives Caps Lock again.
+case $kind in
+  usb) own=$(usb_keyboard) ;;
+  ps2) own=$(device_named "AT Translated Set 2 keyboard") ;;
+  uinput) own=$(device_named "Orvane test keyboard") ;;
+esac
+[ -n "$own" ] || fail "the $kind keyboard has no event device"
+read_keys "$own" >"$work/own" &
+reader=$!
+sleep 3; press caps_lock; sleep 2  # python starts slowly under emulation
+kill "$reader"
+grep -qx "$CAPS 1" "$work/own" || fail "after quitting, Caps Lock on the $kind keyboard gives $(tr '\n' , <"$work/own")"
 echo "PASS"

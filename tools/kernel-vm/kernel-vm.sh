@@ -3,7 +3,8 @@
 # the host's root read-only, its own /dev with /dev/uinput and /dev/input, and a USB keyboard the
 # command can have pressed (see console-watch.py). Exits with the command's exit code; 77 (skipped),
 # after one line saying why, when qemu or the kernel cannot be had or qemu cannot run here.
-#   kernel-vm.sh [--cache DIR] [--timeout SECONDS] [--env NAME=VALUE]... [--] COMMAND [ARG...]
+#   kernel-vm.sh [--cache DIR] [--timeout SECONDS] [--env NAME=VALUE]... [--no-usb-keyboard] [--] COMMAND [ARG...]
+# Without a USB keyboard, the keys the command has pressed reach the machine's PS/2 keyboard.
 # The cache (default: build/kernel of the source tree) keeps the kernel and the initramfs between
 # runs. The command runs in the current directory with the sanitizer, GoogleTest and Qt variables
 # of this environment, the --env ones and ORVANE_KERNEL_VM=1; /tmp is the guest's own, with the
@@ -14,17 +15,19 @@ here=$(cd "$(dirname "$0")" && pwd)
 cache=$here/../../build/kernel
 seconds=90
 extra_env=()
+usb_keyboard=(-device usb-kbd)
 while [ "$#" -gt 0 ]; do
   case $1 in
     --cache) cache=$2; shift 2 ;;
     --timeout) seconds=$2; shift 2 ;;
     --env) extra_env+=("$2"); shift 2 ;;
+    --no-usb-keyboard) usb_keyboard=(); shift ;;
     --) shift; break ;;
     -*) echo "kernel-vm: unknown option $1" >&2; exit 2 ;;
     *) break ;;
   esac
 done
-[ "$#" -gt 0 ] || { echo "usage: kernel-vm.sh [--cache DIR] [--timeout S] [--env N=V]... [--] COMMAND [ARG...]" >&2; exit 2; }
+[ "$#" -gt 0 ] || { echo "usage: kernel-vm.sh [--cache DIR] [--timeout S] [--env N=V]... [--no-usb-keyboard] [--] COMMAND [ARG...]" >&2; exit 2; }
 
 qemu=${ORVANE_QEMU:-qemu-system-x86_64}
 busybox=/bin/busybox
@@ -155,7 +158,7 @@ timeout --kill-after=10 "$seconds" "$qemu" -accel tcg -m 1024 -nographic -no-reb
   -kernel "$image" -initrd "$kernel/initrd.gz" \
   -append "console=ttyS0 quiet panic=-1 orvane_job=$run/job.sh orvane_keep=$keep_list" \
   -virtfs local,path=/,mount_tag=host,security_model=none,readonly=on,multidevs=remap \
-  -device qemu-xhci -device usb-kbd -qmp "unix:$socket_dir/qmp,server=on,wait=off" \
+  -device qemu-xhci "${usb_keyboard[@]}" -qmp "unix:$socket_dir/qmp,server=on,wait=off" \
   </dev/null 2>"$run/qemu.err" |
   python3 "$here/console-watch.py" "$socket_dir/qmp" "$run/console.log"
 statuses=("${PIPESTATUS[@]}")

@@ -1,5 +1,6 @@
 #include "platform/linux/EvdevKeyboard.h"
 
+#include "platform/linux/EvdevKeyTable.h"
 #include "platform/linux/KeyboardKeymap.h"
 #include "platform/linux/UinputKeyboard.h"
 
@@ -39,6 +40,10 @@ std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode, Recorded
     std::unique_ptr<EvdevKeyboard> keyboard(new EvdevKeyboard(fd, device));
     if (!isKeyboard(device) || std::strcmp(libevdev_get_name(device), UinputKeyboard::deviceName) == 0) return nullptr;
     if (!capsLockEntry(fd)) keyboard->capsLock_ = &capsLock;
+    // A changed keymap can give keys the keyboard did not announce (F18 for Caps Lock on a PS/2
+    // keyboard), and libevdev drops events of codes it does not know the device to have.
+    for (unsigned code = 1; code <= evdevkeys::highestCode; ++code)
+        if (!evdevkeys::isButtonCode(static_cast<std::uint16_t>(code))) libevdev_enable_event_code(device, EV_KEY, code, nullptr);
     return keyboard;
 }
 
