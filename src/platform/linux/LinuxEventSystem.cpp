@@ -1,9 +1,12 @@
 #include "platform/linux/LinuxEventSystem.h"
 
+#include <algorithm>
+
 namespace orvane {
 
 LinuxEventSystem::LinuxEventSystem(KeyboardInput& input, KeyboardOutput& output, std::function<bool()> trusted)
     : input_(&input), output_(output), trusted_(std::move(trusted)) {
+    held_.reserve(32);
     ChainEventSystem::setOutput([this](const PlatformEvent& event) { deliver(event); });
     output.onCapsLockLight = [this](bool on) {
         translator_.setCapsLock(on);
@@ -37,13 +40,16 @@ void LinuxEventSystem::keyEvent(KeyboardId keyboard, std::uint16_t code, int val
 }
 
 void LinuxEventSystem::handleKey(KeyboardId keyboard, std::uint16_t code, int value, bool grabbed) {
-    std::set<KeyboardId>& holders = holders_[code];
+    const auto holds = [&](const Held& held) { return held.code == code && held.keyboard == keyboard; };
+    const auto holdsCode = [&](const Held& held) { return held.code == code; };
     if (value == 0) {
-        if (!holders.erase(keyboard)) return;
-        if (!holders.empty()) return;  // another keyboard still holds it
+        const auto found = std::find_if(held_.begin(), held_.end(), holds);
+        if (found == held_.end()) return;
+        held_.erase(found);
+        if (std::any_of(held_.begin(), held_.end(), holdsCode)) return;  // another keyboard still holds it
     } else if (value == 1) {
-        const bool alreadyHeld = !holders.empty();
-        holders.insert(keyboard);
+        const bool alreadyHeld = std::any_of(held_.begin(), held_.end(), holdsCode);
+        if (std::none_of(held_.begin(), held_.end(), holds)) held_.push_back({code, keyboard});
         if (alreadyHeld) value = 2;
     }
     const KeyboardTranslator::Result result = translator_.translate(code, value);  // keeps the modifier state
@@ -60,8 +66,8 @@ void LinuxEventSystem::handleKey(KeyboardId keyboard, std::uint16_t code, int va
 
 void LinuxEventSystem::keyboardRemoved(KeyboardId keyboard) {
     std::vector<std::uint16_t> released;
-    for (const auto& [code, holders] : holders_)
-        if (holders.contains(keyboard)) released.push_back(code);
+    for (const Held& held : held_)
+        if (held.keyboard == keyboard) released.push_back(held.code);
     // Its keys were grabbed until it went: their releases take the same road as its presses did.
     const bool wasGrabbed = intercepting_;
     for (const std::uint16_t code : released) handleKey(keyboard, code, 0, wasGrabbed);

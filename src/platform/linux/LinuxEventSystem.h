@@ -6,8 +6,7 @@
 #include "platform/linux/KeyboardTranslator.h"
 #include "platform/tapchain/ChainEventSystem.h"
 
-#include <map>
-#include <set>
+#include <vector>
 
 namespace orvane {
 
@@ -40,8 +39,13 @@ private:
     std::function<bool()> trusted_;
     KeyboardTranslator translator_;
     bool intercepting_ = false;
-    // Which keyboards hold each key: a key held on two keyboards is one press until both let go.
-    std::map<std::uint16_t, std::set<KeyboardId>> holders_;
+    // Which keyboards hold which key: a key held on two keyboards is one press until both let go.
+    // A handful at most, so a flat list (its room kept) costs no allocation per key.
+    struct Held {
+        std::uint16_t code;
+        KeyboardId keyboard;
+    };
+    std::vector<Held> held_;
 };
 
 }  // namespace orvane

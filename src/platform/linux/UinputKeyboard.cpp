@@ -7,6 +7,7 @@
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 #include <linux/input.h>
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -44,8 +45,16 @@ std::string UinputKeyboard::devnode() const {
 
 void UinputKeyboard::writeKey(std::uint16_t code, int value) {
     if (!device_) return;
-    libevdev_uinput_write_event(device_, EV_KEY, code, value);
-    libevdev_uinput_write_event(device_, EV_SYN, SYN_REPORT, 0);
+    // The key and its report in one write: one system call per key change, not one per event.
+    input_event events[2]{};
+    events[0].type = EV_KEY;
+    events[0].code = code;
+    events[0].value = value;
+    events[1].type = EV_SYN;
+    events[1].code = SYN_REPORT;
+    ssize_t written;
+    do written = ::write(libevdev_uinput_get_fd(device_), events, sizeof events);
+    while (written < 0 && errno == EINTR);
 }
 
 void UinputKeyboard::readLights() {
