@@ -14,11 +14,9 @@
 
 #include <QApplication>
 #include <QDateTime>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QIcon>
 #include <QQuickView>
-#include <QThread>
 #include <QTimer>
 
 namespace orvane {
@@ -44,24 +42,7 @@ void reportFirstFrame(QQuickWindow& window, const QString& path) {
 
 // How long a launch waits for an instance that has begun quitting to be gone: a quit waits for the
 // HID tool at most once, up to its 10 s time limit, and a loaded machine may take as long again.
-constexpr int quittingInstancePatienceMs = 30000;
-constexpr int claimRetryMs = 50;
-
-enum class Claim { ours, handedOver, noAnswer };
-
-// Of launches at the same moment, one claims the instance and the others hand over to it. An instance
-// that is quitting still holds its claim but takes no message: then this launch tries again until it
-// is gone. The same holds for the moment between another launch's claim and its first message taken.
-Claim claimOrHandOver(InstanceChannel& channel) {
-    const QDeadlineTimer patience(quittingInstancePatienceMs);
-    for (;;) {
-        if (channel.listen()) return Claim::ours;
-        channel.activateOtherInstance();
-        if (channel.postMessage(AppDelegate::openConfigurationMessage())) return Claim::handedOver;
-        if (patience.hasExpired()) return Claim::noAnswer;
-        QThread::msleep(claimRetryMs);
-    }
-}
+constexpr std::chrono::milliseconds quittingInstancePatience{30000};
 
 }  // namespace
 
@@ -80,7 +61,10 @@ int runOrvaneApp(int argc, char** argv) {
     // anything with effects (the store's Caps Lock decisions, its clear at quit, settings) exists.
     // Until then a logout or kill simply ends the process.
     auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
-    if (const Claim claim = claimOrHandOver(*channel); claim != Claim::ours) return claim == Claim::handedOver ? 0 : 1;
+    using Claim = InstanceChannel::Claim;
+    if (const Claim claim = channel->claimOrHandOver(AppDelegate::openConfigurationMessage(), quittingInstancePatience);
+        claim != Claim::ours)
+        return claim == Claim::handedOver ? 0 : 1;
     // From now on, a logout or kill quits in order (and so restores Caps Lock).
     installQuitRequestHandler([] { QApplication::quit(); });
 
