@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/DesktopUrlOpener.h"
+#include "app/FirstFrameProbe.h"
 #include "app/MessageBoxAlertPresenter.h"
 #include "app/TrayStatusItem.h"
 #include "app/UpdateChecker.h"
@@ -13,32 +14,11 @@
 #include "ui/UiEngine.h"
 
 #include <QApplication>
-#include <QDateTime>
-#include <QFile>
 #include <QIcon>
 #include <QQuickView>
-#include <QTimer>
 
 namespace orvane {
 namespace {
-
-// Writes "<wall-clock ms> <resident KiB>" to the file at the window's first frame, then quits.
-void reportFirstFrame(QQuickWindow& window, const QString& path) {
-    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [path] {
-        static bool reported = false;
-        if (reported) return;
-        reported = true;
-        QFile status(QStringLiteral("/proc/self/status"));
-        QByteArray residentKiB = "0";
-        if (status.open(QIODevice::ReadOnly))
-            for (const QByteArray& line : status.readAll().split('\n'))
-                if (line.startsWith("VmRSS:")) residentKiB = line.mid(6).trimmed().split(' ').value(0);
-        QFile out(path);
-        if (out.open(QIODevice::WriteOnly))
-            out.write(QByteArray::number(QDateTime::currentMSecsSinceEpoch()) + ' ' + residentKiB + '\n');
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    });
-}
 
 // How long a launch waits for an instance that has begun quitting to be gone: a quit waits for the
 // HID tool at most once, up to its 10 s time limit, and a loaded machine may take as long again.
@@ -85,9 +65,7 @@ int runOrvaneApp(int argc, char** argv) {
     installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });
     // Without a system tray the item cannot show: open the window so the app is never invisible.
     if (!statusBar.isAvailable()) delegate.openConfiguration();
-    // The start-up benchmark asks for the first frame's time and memory, then a quit.
-    if (const QString probe = qEnvironmentVariable("ORVANE_FIRST_FRAME_PROBE"); !probe.isEmpty() && delegate.configWindow())
-        reportFirstFrame(delegate.configWindow()->view(), probe);
+    if (delegate.configWindow()) reportFirstFrameIfAsked(delegate.configWindow()->view());
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
 
     const int status = QApplication::exec();
