@@ -13,11 +13,6 @@
 #include <QTimer>
 
 namespace orvane {
-namespace {
-AppDelegate* currentDelegate = nullptr;
-}
-
-AppDelegate* AppDelegate::current() { return currentDelegate; }
 
 QByteArray AppDelegate::openConfigurationMessage() {
     return (forThisInstance(QStringLiteral("com.user.Orvane")) + QStringLiteral(".OpenConfig")).toUtf8();
@@ -35,14 +30,14 @@ WindowLayout AppDelegate::debugWindowLayout() {
 }
 
 AppDelegate::AppDelegate(AppServices services, QObject* parent) : QObject(parent), services_(std::move(services)) {
-    currentDelegate = this;
+    SettingsActions::setCurrent(this);
     secureInputPoll_.setInterval(secureInputPollMs);
     connect(&secureInputPoll_, &QTimer::timeout, this, &AppDelegate::readSecureInput);
     buildMenu();  // the shortcuts, for windows opened before the launch completes
 }
 
 AppDelegate::~AppDelegate() {
-    if (currentDelegate == this) currentDelegate = nullptr;
+    if (SettingsActions::current() == this) SettingsActions::setCurrent(nullptr);
 }
 
 bool AppDelegate::showMenuIcon() const { return services_.defaults.boolValue(showMenuIconKey, true); }

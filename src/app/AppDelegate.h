@@ -4,6 +4,7 @@
 #include "app/MenuShortcuts.h"
 #include "app/StatusItem.h"
 #include "app/WindowHost.h"
+#include "ui/settings/SettingsActions.h"
 
 #include <QObject>
 #include <QTimer>
@@ -39,8 +40,8 @@ struct AppServices {
     std::function<bool()> isSecureInputOn;
 };
 
-// Main thread only.
-class AppDelegate : public QObject {
+// Main thread only. While it exists, it is the settings panel's SettingsActions.
+class AppDelegate : public QObject, public SettingsActions {
     Q_OBJECT
 public:
     static inline const QString showMenuIconKey = QStringLiteral("Orvane.ShowMenuIcon");
@@ -58,10 +59,6 @@ public:
     explicit AppDelegate(AppServices services, QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    // The running application's delegate, or null where there is none (tests of single views):
-    // callers then do nothing.
-    static AppDelegate* current();
-
     // Start-up, once: status item, permission or tap start, update check, subscriptions (among them the
     // instance channel's messages; other messages than openConfigurationMessage are ignored).
     void applicationDidFinishLaunching();
@@ -76,9 +73,9 @@ public:
     // Shows the configuration window, creating it on first use.
     Q_INVOKABLE void openConfiguration();
     // Shows the key event debugger window, creating it on first use.
-    Q_INVOKABLE void openDebug();
+    Q_INVOKABLE void openDebug() override;
     // Adds or removes the status item to match the "Orvane.ShowMenuIcon" setting.
-    Q_INVOKABLE void updateMenuIconVisibility();
+    Q_INVOKABLE void updateMenuIconVisibility() override;
     // True unless the setting says false; a fresh installation shows the icon.
     bool showMenuIcon() const;
 

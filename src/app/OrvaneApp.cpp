@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/DesktopUrlOpener.h"
+#include "app/FirstFrameProbe.h"
 #include "app/MessageBoxAlertPresenter.h"
 #include "app/TrayStatusItem.h"
 #include "app/UpdateChecker.h"
@@ -13,55 +14,15 @@
 #include "ui/UiEngine.h"
 
 #include <QApplication>
-#include <QDateTime>
-#include <QDeadlineTimer>
-#include <QFile>
 #include <QIcon>
 #include <QQuickView>
-#include <QThread>
-#include <QTimer>
 
 namespace orvane {
 namespace {
 
-// Writes "<wall-clock ms> <resident KiB>" to the file at the window's first frame, then quits.
-void reportFirstFrame(QQuickWindow& window, const QString& path) {
-    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [path] {
-        static bool reported = false;
-        if (reported) return;
-        reported = true;
-        QFile status(QStringLiteral("/proc/self/status"));
-        QByteArray residentKiB = "0";
-        if (status.open(QIODevice::ReadOnly))
-            for (const QByteArray& line : status.readAll().split('\n'))
-                if (line.startsWith("VmRSS:")) residentKiB = line.mid(6).trimmed().split(' ').value(0);
-        QFile out(path);
-        if (out.open(QIODevice::WriteOnly))
-            out.write(QByteArray::number(QDateTime::currentMSecsSinceEpoch()) + ' ' + residentKiB + '\n');
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    });
-}
-
 // How long a launch waits for an instance that has begun quitting to be gone: a quit waits for the
 // HID tool at most once, up to its 10 s time limit, and a loaded machine may take as long again.
-constexpr int quittingInstancePatienceMs = 30000;
-constexpr int claimRetryMs = 50;
-
-enum class Claim { ours, handedOver, noAnswer };
-
-// Of launches at the same moment, one claims the instance and the others hand over to it. An instance
-// that is quitting still holds its claim but takes no message: then this launch tries again until it
-// is gone. The same holds for the moment between another launch's claim and its first message taken.
-Claim claimOrHandOver(InstanceChannel& channel) {
-    const QDeadlineTimer patience(quittingInstancePatienceMs);
-    for (;;) {
-        if (channel.listen()) return Claim::ours;
-        channel.activateOtherInstance();
-        if (channel.postMessage(AppDelegate::openConfigurationMessage())) return Claim::handedOver;
-        if (patience.hasExpired()) return Claim::noAnswer;
-        QThread::msleep(claimRetryMs);
-    }
-}
+constexpr std::chrono::milliseconds quittingInstancePatience{30000};
 
 }  // namespace
 
@@ -80,7 +41,10 @@ int runOrvaneApp(int argc, char** argv) {
     // anything with effects (the store's Caps Lock decisions, its clear at quit, settings) exists.
     // Until then a logout or kill simply ends the process.
     auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
-    if (const Claim claim = claimOrHandOver(*channel); claim != Claim::ours) return claim == Claim::handedOver ? 0 : 1;
+    using Claim = InstanceChannel::Claim;
+    if (const Claim claim = channel->claimOrHandOver(AppDelegate::openConfigurationMessage(), quittingInstancePatience);
+        claim != Claim::ours)
+        return claim == Claim::handedOver ? 0 : 1;
     // From now on, a logout or kill quits in order (and so restores Caps Lock).
     installQuitRequestHandler([] { QApplication::quit(); });
 
@@ -101,9 +65,7 @@ int runOrvaneApp(int argc, char** argv) {
     installHidResetHandler([&delegate] { delegate.hidLayerWasReset(); });
     // Without a system tray the item cannot show: open the window so the app is never invisible.
     if (!statusBar.isAvailable()) delegate.openConfiguration();
-    // The start-up benchmark asks for the first frame's time and memory, then a quit.
-    if (const QString probe = qEnvironmentVariable("ORVANE_FIRST_FRAME_PROBE"); !probe.isEmpty() && delegate.configWindow())
-        reportFirstFrame(delegate.configWindow()->view(), probe);
+    if (delegate.configWindow()) reportFirstFrameIfAsked(delegate.configWindow()->view());
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
 
     const int status = QApplication::exec();

@@ -1,35 +1,12 @@
 #include "app/TrayStatusItem.h"
 
-#include <QEvent>
+#include "app/PanelIcon.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
-#include "ui/common/IconRendering.h"
 
 namespace orvane {
-
-QIcon templateIcon(const QString& iconName, const QColor& color) {
-    QIcon icon;
-    for (int size : {16, 22, 32, 44, 64}) icon.addPixmap(QPixmap::fromImage(renderIcon(iconName, QSize(size, size), color)));
-    icon.setIsMask(true);
-    return icon;
-}
-
-QIcon panelIcon(const QString& iconName, const QPalette& palette, std::optional<int> panelLightness) {
-    const QList<int> sizes = {16, 22, 32, 44, 64};
-    // A panel that could be read is the surest guide: a theme's symbolic icon is drawn for the
-    // theme's own panel, which an XEmbed tray on another panel need not be.
-    if (!panelLightness && QIcon::hasThemeIcon(themedStatusIconName)) {
-        const QIcon themed = QIcon::fromTheme(themedStatusIconName);
-        if (iconName == statusIconName(true)) return themed;
-        QIcon dimmed;
-        for (int size : sizes) dimmed.addPixmap(themed.pixmap(QSize(size, size), QIcon::Disabled));
-        return dimmed;
-    }
-    const bool darkPanel = panelLightness.value_or(palette.color(QPalette::Window).lightness()) < 128;
-    return templateIcon(iconName, darkPanel ? QColor(0xE8, 0xE8, 0xE8) : QColor(0x30, 0x30, 0x30));
-}
-
 namespace {
 
 // The state's dot: "●" a filled disc, "○" a ring, so the states differ by more than colour.
@@ -45,31 +22,15 @@ QIcon dotIcon(const QString& dot, const QColor& color) {
     return QIcon(pixmap);
 }
 
-// Calls onChange when the application's palette or the desktop's theme changes.
-class PaletteWatch final : public QObject {
-public:
-    explicit PaletteWatch(std::function<void()> onChange) : onChange_(std::move(onChange)) { qApp->installEventFilter(this); }
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange) onChange_();
-        return false;
-    }
-
-private:
-    std::function<void()> onChange_;
-};
-
 }  // namespace
 
-TrayStatusItem::TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePanel) : probe_(std::move(probePanel)) {
-    probeTimer_.setInterval(500);
-    QObject::connect(&probeTimer_, &QTimer::timeout, [this] { this->probePanel(); });
-    // A theme change reaches every window: the timer restarting folds them into one probe.
-    paletteWatch_ = std::make_unique<PaletteWatch>([this] {
-        showIcon();
-        startProbing();
-    });
+TrayStatusItem::TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePanel)
+    : panelWatch_(std::move(probePanel), [this] { return tray_.geometry(); }, [this] { showIcon(); }),
+      // The theme may have changed the panel too; the watch folds a burst of changes into one reading.
+      paletteWatch_([this] {
+          showIcon();
+          watchPanel();
+      }) {
     tray_.setContextMenu(&menu_);
     menu_.installEventFilter(&shortcuts_);
     // Rebuild the items in place just before showing; the menu object itself never changes.
@@ -91,34 +52,15 @@ void TrayStatusItem::setIcon(const QString& iconName, const QString& accessibleD
     tray_.setToolTip(accessibleDescription);
     if (tray_.isVisible()) return;
     tray_.show();  // shown once it has an icon to show
-    startProbing();
+    watchPanel();
 }
 
 void TrayStatusItem::showIcon() {
-    if (!iconName_.isEmpty()) tray_.setIcon(panelIcon(iconName_, QGuiApplication::palette(), panelLightness_));
+    if (!iconName_.isEmpty()) tray_.setIcon(panelIcon(iconName_, QGuiApplication::palette(), panelWatch_.lightness()));
 }
 
-void TrayStatusItem::startProbing() {
-    if (!probe_ || !tray_.isVisible()) return;
-    probedGeometry_ = QRect();
-    probesLeft_ = 20;
-    probeTimer_.start();
-}
-
-// The tray places the icon some time after it is shown (before that, its geometry is wherever the
-// unembedded window sits): read the panel once the geometry has held for one tick, so the panel has
-// drawn around the icon, and again if it moves during the next ten seconds.
-void TrayStatusItem::probePanel() {
-    if (--probesLeft_ <= 0) probeTimer_.stop();
-    const QRect geometry = tray_.geometry();
-    const bool settled = geometry.isValid() && geometry == lastGeometry_;
-    lastGeometry_ = geometry;
-    if (!settled || geometry == probedGeometry_) return;
-    probedGeometry_ = geometry;
-    const std::optional<int> lightness = probe_(geometry);
-    if (lightness == panelLightness_) return;
-    panelLightness_ = lightness;
-    showIcon();
+void TrayStatusItem::watchPanel() {
+    if (tray_.isVisible()) panelWatch_.start();
 }
 
 void TrayStatusItem::setMenu(const std::vector<StatusMenuItem>& items) {

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QObject>
 
+#include <chrono>
+
 namespace orvane {
 
 class InstanceChannel : public QObject {
@@ -27,6 +29,13 @@ public:
     // For an instance that has begun quitting: no more messages are taken, yet the claim holds until
     // this object or the process ends, so a later launch neither hands over to it nor runs beside it.
     virtual void stopListening() = 0;
+
+    enum class Claim { ours, handedOver, noAnswer };
+    // Of launches at the same moment, one claims the instance and the others hand `message` over to it.
+    // An instance that is quitting still holds its claim but takes no message: then this launch tries
+    // again until it is gone, for at most `patience`. The same holds for the moment between another
+    // launch's claim and its first message taken. Blocks meanwhile, turning no event loop.
+    Claim claimOrHandOver(const QByteArray& message, std::chrono::milliseconds patience);
 
 signals:
     // Main thread, once per message received, with the message's bytes as sent.

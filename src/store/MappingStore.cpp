@@ -4,10 +4,6 @@
 #include "platform/Diagnostics.h"
 #include "platform/SharedInstance.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QEventLoop>
-
 #include <algorithm>
 
 namespace orvane {
@@ -18,7 +14,8 @@ void print(const std::string& line) { diagnostics::printLine(line); }
 }  // namespace
 
 MappingStore::MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* parent)
-    : QObject(parent), defaults_(defaults), hidUtil_(std::move(hidUtil)), worker_(std::make_unique<SerialWorker>()) {
+    : QObject(parent), defaults_(defaults), capsLockDecisions_(std::move(hidUtil)) {
+    connect(&capsLockDecisions_, &CapsLockDecisions::decided, this, &MappingStore::setCapsLockHIDState);
     loadMappings();
     table_.setCapsLockHIDState(defaults_.boolValue(hidRemapKey), defaults_.boolValue(hidRemapTypeKey));
     isInitialized_ = true;
@@ -138,34 +135,10 @@ std::vector<KeyMapping> MappingStore::enabledMappings() const {
 }
 
 void MappingStore::updateCapsLockHIDRemap() {
-    if (isQuitting_) return;
-    DecisionInput input;
+    CapsLockDecisions::Input input;
     if (const KeyMapping* m = capsLockMapping()) input.capsLockMapping = *m;
     input.isCapsLockHIDRemapped = isCapsLockHIDRemapped();
-    worker_->enqueue([this, input] { decideCapsLock(input); });
-}
-
-// Runs on the worker; hands its result to the main thread, never touches the list.
-void MappingStore::decideCapsLock(const DecisionInput& input) {
-    const bool remapped = workerRemapped_.value_or(input.isCapsLockHIDRemapped);
-    auto publish = [this](bool isRemapped, bool direct) {
-        workerRemapped_ = isRemapped;
-        QMetaObject::invokeMethod(this, [this, isRemapped, direct] { setCapsLockHIDState(isRemapped, direct); }, Qt::QueuedConnection);
-    };
-    if (!input.capsLockMapping) {
-        if (remapped && hidUtil_.clearRemapping(&decisionRuns_)) publish(false, false);
-        return;
-    }
-    const TargetAction& target = input.capsLockMapping->targetAction;
-    if (target.kind() == TargetAction::Kind::key && hidUsage(target.keyCode())) {
-        if (!hidUtil_.remapCapsLock(target.keyCode(), &decisionRuns_)) return;
-        publish(true, true);
-        print("MappingStore: Using direct HID mapping for Caps Lock → " + std::string(displayName(target.keyCode())));
-        return;
-    }
-    if (!hidUtil_.remapCapsLock(KeyCode::f18, &decisionRuns_)) return;
-    publish(true, false);
-    print("MappingStore: Using F18 intermediate for Caps Lock (combination/block)");
+    capsLockDecisions_.decide(input);
 }
 
 void MappingStore::setCapsLockHIDState(bool remapped, bool direct) {
@@ -178,52 +151,10 @@ void MappingStore::setCapsLockHIDState(bool remapped, bool direct) {
     if (directChanged) emit isCapsLockDirectHIDChanged();
 }
 
-void MappingStore::waitForCapsLockDecisions() {
-    worker_->waitUntilIdle();
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-}
+void MappingStore::waitForCapsLockDecisions() { capsLockDecisions_.waitUntilDone(); }
 
-void MappingStore::beginQuit() {
-    if (isQuitting_) return;
-    isQuitting_ = true;
-    worker_->discardPending();
-    decisionRuns_.cancel();
-    quitRuns_.setDeadline(ToolRunControl::Clock::now() + std::chrono::seconds(hidUtil_.timeoutSeconds()));
-}
+void MappingStore::beginQuit() { capsLockDecisions_.beginQuit(); }
 
-void MappingStore::clearHIDRemapping() {
-    // Queued like a decision, so that no decision queued earlier can land after it.
-    auto clear = [this] { hidUtil_.clearRemapping(&quitRuns_); };
-    if (isQuitting_ || !QCoreApplication::instance()) {
-        worker_->enqueue(clear);
-        worker_->waitUntilIdle();
-    } else {
-        waitWithEventLoop(clear);
-    }
-    // What the worker printed comes before whatever this thread prints next.
-    diagnostics::releaseHeld();
-}
-
-// Main thread: runs the job on the worker and keeps the event loop turning until it is done. The
-// completion is handed back through the event loop, so `finished` is only touched on this thread.
-void MappingStore::waitWithEventLoop(std::function<void()> job) {
-    struct Wait {
-        bool finished = false;
-        QEventLoop* loop = nullptr;
-    };
-    auto wait = std::make_shared<Wait>();
-    worker_->enqueue([this, job = std::move(job), wait] {
-        job();
-        QMetaObject::invokeMethod(this, [wait] {
-            wait->finished = true;
-            if (wait->loop) wait->loop->quit();
-        }, Qt::QueuedConnection);
-    });
-    QEventLoop loop;
-    wait->loop = &loop;
-    // An application-wide quit ends the loop early; quitting then waits for the queue itself.
-    if (!wait->finished) loop.exec(QEventLoop::ExcludeUserInputEvents);
-    wait->loop = nullptr;
-}
+void MappingStore::clearHIDRemapping() { capsLockDecisions_.clearRemapping(); }
 
 }  // namespace orvane

@@ -2,16 +2,13 @@
 #pragma once
 
 #include "model/IndexedMappings.h"
-#include "store/HIDUtil.h"
-#include "store/SerialWorker.h"
+#include "store/CapsLockDecisions.h"
 #include "store/UserDefaults.h"
 
+#include <QByteArray>
 #include <QObject>
 
 #include <memory>
-#include <QByteArray>
-
-#include <functional>
 #include <optional>
 #include <set>
 #include <vector>
@@ -19,7 +16,7 @@
 namespace orvane {
 
 // Lives on the main thread: every operation, lookup and signal happens there. Only the Caps Lock
-// decision runs on a background worker, fed with a snapshot taken when it is queued.
+// decision runs on a background worker (CapsLockDecisions), fed with a snapshot taken when it is queued.
 class MappingStore : public QObject, public MappingLookup {
     Q_OBJECT
     Q_PROPERTY(bool isCapsLockHIDRemapped READ isCapsLockHIDRemapped NOTIFY isCapsLockHIDRemappedChanged)
@@ -74,7 +71,7 @@ public:
     // every clear from now on shares one tool time-out, so a hung tool is waited for only once.
     void beginQuit();
 
-    const HIDUtil& hidUtil() const { return hidUtil_; }
+    const HIDUtil& hidUtil() const { return capsLockDecisions_.hidUtil(); }
 
 signals:
     void mappingsChanged();
@@ -82,30 +79,16 @@ signals:
     void isCapsLockDirectHIDChanged();
 
 private:
-    struct DecisionInput {
-        std::optional<KeyMapping> capsLockMapping;
-        bool isCapsLockHIDRemapped;
-    };
-
     void loadMappings();
     void saveMappings();
     void mappingsDidChange();
-    void decideCapsLock(const DecisionInput& input);
-    void waitWithEventLoop(std::function<void()> job);
 
     UserDefaults& defaults_;
-    const HIDUtil hidUtil_;
     IndexedMappings table_;
     // The stored bytes that failed to decode at load, until they are kept aside.
     std::optional<QByteArray> undecodable_;
     bool isInitialized_ = false;
-    // Worker-side view of the HID layer: a decision's own result is newer than any snapshot taken
-    // before that result reached the main thread. Touched only on the worker.
-    std::optional<bool> workerRemapped_;
-    ToolRunControl decisionRuns_;  // cancelled when quitting begins
-    ToolRunControl quitRuns_;      // given the quit's deadline
-    bool isQuitting_ = false;
-    std::unique_ptr<SerialWorker> worker_;  // declared last: finishes its jobs before the rest goes
+    CapsLockDecisions capsLockDecisions_;  // declared last: its worker finishes before the rest goes
 };
 
 }  // namespace orvane

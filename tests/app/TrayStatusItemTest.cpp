@@ -1,4 +1,5 @@
 // The tray item's menu and icon as drawn and used: its shortcuts while open, its state dot, its ink.
+#include "app/PanelIcon.h"
 #include "app/TrayStatusItem.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 #include "ui/settings/SettingsController.h"
 
-#include "app/AppDelegate.h"
 #include "platform/Diagnostics.h"
 #include "platform/LoginItem.h"
 #include "store/UserDefaults.h"
 #include "ui/settings/AppVersion.h"
+#include "ui/settings/SettingsActions.h"
 
 #include <QCoreApplication>
 
@@ -46,13 +46,13 @@ void SettingsController::setShowMenuIcon(bool show) {
     // Notifies even when the write failed, so that the checkbox shows the stored value again.
     shownMenuIcon_ = showMenuIcon();
     emit showMenuIconChanged();
-    if (AppDelegate* delegate = AppDelegate::current()) delegate->updateMenuIconVisibility();
+    if (SettingsActions* actions = SettingsActions::current()) actions->updateMenuIconVisibility();
 }
 
 QString SettingsController::versionString() const { return applicationVersionString(); }
 
 void SettingsController::openDebug() {
-    if (AppDelegate* delegate = AppDelegate::current()) delegate->openDebug();
+    if (SettingsActions* actions = SettingsActions::current()) actions->openDebug();
 }
 
 void SettingsController::quit() { QCoreApplication::quit(); }

@@ -33,7 +33,7 @@ public:
 
     // True while "Orvane.ShowMenuIcon" is absent.
     bool showMenuIcon() const;
-    // Writes the setting at once, then has the delegate add or remove the status item.
+    // Writes the setting at once, then has the application add or remove the status item (SettingsActions).
     void setShowMenuIcon(bool show);
 
     QString versionString() const;

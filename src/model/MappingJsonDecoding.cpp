@@ -1,3 +1,4 @@
+// Decoding a mapping list strictly, with the path to the first value that is wrong (see MappingJson.h).
 #include "model/MappingJson.h"
 
 #include <nlohmann/json.hpp>
@@ -20,74 +21,6 @@ std::string DecodingError::description() const {
     const std::string where = path.empty() ? std::string("the document") : path;
     return kindText + " at " + where + ": " + message;
 }
-
-// ---- Encoding --------------------------------------------------------------------------------
-
-namespace {
-
-void appendKeyObject(std::string& out, int raw) {
-    out += "{\"_0\":";
-    out += std::to_string(raw);
-}
-
-void appendBool(std::string& out, bool value) { out += value ? "true" : "false"; }
-
-void appendModifiers(std::string& out, const Modifiers& m) {
-    out += "{\"command\":";
-    appendBool(out, m.command);
-    out += ",\"option\":";
-    appendBool(out, m.option);
-    out += ",\"control\":";
-    appendBool(out, m.control);
-    out += ",\"shift\":";
-    appendBool(out, m.shift);
-    out += '}';
-}
-
-void appendMapping(std::string& out, const KeyMapping& mapping) {
-    out += "{\"id\":\"";
-    out += mapping.id.toString();
-    out += "\",\"sourceKey\":{\"";
-    out += mapping.sourceKey.isRegular() ? "regular" : "system";
-    out += "\":";
-    appendKeyObject(out, mapping.sourceKey.rawKeyValue());
-    out += "}},\"targetAction\":{";
-    const auto& action = mapping.targetAction;
-    switch (action.kind()) {
-    case TargetAction::Kind::block: out += "\"block\":{}"; break;
-    case TargetAction::Kind::key:
-        out += "\"key\":";
-        appendKeyObject(out, rawValue(action.keyCode()));
-        out += '}';
-        break;
-    case TargetAction::Kind::combination:
-        out += "\"combination\":";
-        appendKeyObject(out, rawValue(action.keyCode()));
-        out += ",\"_1\":";
-        appendModifiers(out, action.modifiers());
-        out += '}';
-        break;
-    }
-    out += "},\"isEnabled\":";
-    appendBool(out, mapping.isEnabled);
-    out += '}';
-}
-
-}  // namespace
-
-std::string encodeMappings(std::span<const KeyMapping> mappings) {
-    std::string out;
-    out.reserve(2 + mappings.size() * 200);
-    out += '[';
-    for (std::size_t i = 0; i < mappings.size(); ++i) {
-        if (i > 0) out += ',';
-        appendMapping(out, mappings[i]);
-    }
-    out += ']';
-    return out;
-}
-
-// ---- Decoding --------------------------------------------------------------------------------
 
 namespace {
 
@@ -153,21 +86,14 @@ long long readInteger(const Json& value, const std::string& path) {
     fail(DecodingError::Kind::typeMismatch, path, std::string("expected an integer, found ") + typeName(value));
 }
 
-KeyCode readKeyCode(const Json& object, const std::string& path) {
+// A key object: its member "_0" holds the raw value of a Key, which fromRaw accepts or not.
+template <typename Key>
+Key readKey(const Json& object, const std::string& path, std::optional<Key> (*fromRaw)(long long), const char* what) {
     const Json& value = requireMember(object, "_0", path);
     const std::string valuePath = member(path, "_0");
     const long long raw = readInteger(value, valuePath);
-    const auto key = keyCodeFromRaw(raw);
-    if (!key) fail(DecodingError::Kind::dataCorrupted, valuePath, std::to_string(raw) + " is not a key code");
-    return *key;
-}
-
-SystemKeyID readSystemKey(const Json& object, const std::string& path) {
-    const Json& value = requireMember(object, "_0", path);
-    const std::string valuePath = member(path, "_0");
-    const long long raw = readInteger(value, valuePath);
-    const auto key = systemKeyFromRaw(raw);
-    if (!key) fail(DecodingError::Kind::dataCorrupted, valuePath, std::to_string(raw) + " is not a system key type");
+    const std::optional<Key> key = fromRaw(raw);
+    if (!key) fail(DecodingError::Kind::dataCorrupted, valuePath, std::to_string(raw) + " is not " + what);
     return *key;
 }
 
@@ -196,8 +122,8 @@ SourceKey readSourceKey(const Json& value, const std::string& path) {
     static constexpr std::array<std::string_view, 2> cases{"regular", "system"};
     const auto [name, payload] = selectCase(value, cases, path);
     const std::string casePath = member(path, name);
-    if (name == "regular") return SourceKey::regular(readKeyCode(*payload, casePath));
-    return SourceKey::system(readSystemKey(*payload, casePath));
+    if (name == "regular") return SourceKey::regular(readKey(*payload, casePath, keyCodeFromRaw, "a key code"));
+    return SourceKey::system(readKey(*payload, casePath, systemKeyFromRaw, "a system key type"));
 }
 
 Modifiers readModifiers(const Json& value, const std::string& path) {
@@ -215,7 +141,7 @@ TargetAction readTargetAction(const Json& value, const std::string& path) {
     const auto [name, payload] = selectCase(value, cases, path);
     const std::string casePath = member(path, name);
     if (name == "block") return TargetAction::block();
-    const KeyCode key = readKeyCode(*payload, casePath);
+    const KeyCode key = readKey(*payload, casePath, keyCodeFromRaw, "a key code");
     if (name == "key") return TargetAction::key(key);
     const Json& modifiers = requireMember(*payload, "_1", casePath);
     return TargetAction::combination(key, readModifiers(modifiers, member(casePath, "_1")));
