@@ -13,10 +13,10 @@ TapEvent TapEvent::decode(std::uint32_t type, std::uint16_t keyCode, std::uint64
     event.isSynthetic = userData == syntheticEventMarker;
     if (type == TapEventType::systemDefined) {
         if (subtype == auxControlButtonsSubtype) {
-            event.auxKeyType = static_cast<int>((data1 >> 16) & 0xFF);
-            event.systemKey = systemKeyFromRaw(*event.auxKeyType);
-            // The key-state byte is 0x0A on press and 0x0B on release; the repeat bit is ignored.
-            event.isDown = (data1 & 0x100) == 0;
+            const MediaKeyState media = decodeMediaKeyData1(data1);
+            event.auxKeyType = media.keyType;
+            event.systemKey = systemKeyFromRaw(media.keyType);
+            event.isDown = media.isDown;  // the repeat bit is of no concern to the readers
         }
         return event;
     }

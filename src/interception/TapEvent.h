@@ -3,28 +3,13 @@
 
 #include "model/KeyCode.h"
 #include "model/SystemKeyID.h"
+#include "platform/EventEncoding.h"
 
 #include <array>
 #include <cstdint>
 #include <optional>
 
 namespace orvane {
-
-// Event type numbers as the platform reports them.
-namespace TapEventType {
-inline constexpr std::uint32_t keyDown = 10;
-inline constexpr std::uint32_t keyUp = 11;
-inline constexpr std::uint32_t flagsChanged = 12;
-inline constexpr std::uint32_t systemDefined = 14;
-inline constexpr std::uint32_t tapDisabledByTimeout = 0xFFFFFFFE;
-inline constexpr std::uint32_t tapDisabledByUserInput = 0xFFFFFFFF;
-}  // namespace TapEventType
-
-// Every event we post carries this in its source user data: the bytes "ORVANE" as a big-endian number.
-inline constexpr std::int64_t syntheticEventMarker = 0x4F5256414E45;
-
-// The system-defined subtype of media and special keys (NX_SUBTYPE_AUX_CONTROL_BUTTONS).
-inline constexpr std::int16_t auxControlButtonsSubtype = 8;
 
 // One event as every reader sees it: the platform's fields and what they mean, decoded once by
 // decode() so that the engine, the recorder and the capture never pick bits apart themselves.
@@ -48,12 +33,6 @@ struct TapEvent {
     static TapEvent decode(std::uint32_t type, std::uint16_t keyCode, std::uint64_t flags, std::int64_t userData,
                            std::optional<std::int16_t> subtype = std::nullopt, std::int64_t data1 = 0);
 };
-
-// The first data word of a media key's system-defined event (subtype 8): the NX key type in bits 16
-// to 23, then the key-state byte (0x0A press, 0x0B release) and the repeat bit. decode() reads it back.
-constexpr std::int64_t mediaKeyData1(int keyType, bool isDown, bool isRepeat = false) {
-    return (std::int64_t{keyType & 0xFF} << 16) | (isDown ? 0x0A00 : 0x0B00) | (isRepeat ? 1 : 0);
-}
 
 struct SyntheticKeyEvent {
     std::uint16_t virtualKeyCode = 0;

@@ -1,13 +1,15 @@
 #include "platform/linux/EvdevKeyboard.h"
 
-#include "platform/linux/EvdevKeyTable.h"
 #include "platform/linux/KeyboardKeymap.h"
 #include "platform/linux/UinputKeyboard.h"
 
 #include <libevdev/libevdev.h>
 
+#include <sys/ioctl.h>
+
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -21,13 +23,16 @@ bool isKeyboard(const libevdev* device) {
     return true;
 }
 
-bool holdsAnyKey(const libevdev* device) {
-    for (unsigned code = 0; code <= KEY_MAX; ++code)
-        if (libevdev_has_event_code(device, EV_KEY, code) && libevdev_get_event_value(device, EV_KEY, code)) return true;
-    return false;
+}  // namespace
+
+std::bitset<KEY_CNT> EvdevKeyboard::keysHeld(int fd) {
+    unsigned char bits[KEY_CNT / 8 + 1] = {};
+    std::bitset<KEY_CNT> held;
+    if (::ioctl(fd, EVIOCGKEY(sizeof bits), bits) < 0) return held;
+    for (std::size_t code = 0; code < KEY_CNT; ++code) held[code] = (bits[code / 8] >> (code % 8)) & 1;
+    return held;
 }
 
-}  // namespace
 
 std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode, RecordedCapsLockMapping& capsLock) {
     const int fd = ::open(devnode, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -40,10 +45,7 @@ std::unique_ptr<EvdevKeyboard> EvdevKeyboard::open(const char* devnode, Recorded
     std::unique_ptr<EvdevKeyboard> keyboard(new EvdevKeyboard(fd, device));
     if (!isKeyboard(device) || std::strcmp(libevdev_get_name(device), UinputKeyboard::deviceName) == 0) return nullptr;
     if (!capsLockEntry(fd)) keyboard->capsLock_ = &capsLock;
-    // A changed keymap can give keys the keyboard did not announce (F18 for Caps Lock on a PS/2
-    // keyboard), and libevdev drops events of codes it does not know the device to have.
-    for (unsigned code = 1; code <= evdevkeys::highestCode; ++code)
-        if (!evdevkeys::isButtonCode(static_cast<std::uint16_t>(code))) libevdev_enable_event_code(device, EV_KEY, code, nullptr);
+    keyboard->held_ = keysHeld(fd);
     return keyboard;
 }
 
@@ -53,23 +55,47 @@ EvdevKeyboard::~EvdevKeyboard() {
 }
 
 bool EvdevKeyboard::readKeys(KeyboardInput::Listener* listener, KeyboardId id) {
-    input_event event{};
-    unsigned flag = LIBEVDEV_READ_FLAG_NORMAL;
+    input_event events[64];
     for (;;) {
-        const int status = libevdev_next_event(device_, flag, &event);
-        if (status == -EAGAIN) {
-            if (flag == LIBEVDEV_READ_FLAG_NORMAL) return true;
-            flag = LIBEVDEV_READ_FLAG_NORMAL;  // the resync after a dropped report is complete
-            continue;
+        const ssize_t got = ::read(fd_, events, sizeof events);
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            return errno == EAGAIN;  // all read; anything else: the device is gone
         }
-        if (status < 0) return false;
-        // After a dropped report, libevdev hands over the differences as events of their own.
-        if (status == LIBEVDEV_READ_STATUS_SYNC) flag = LIBEVDEV_READ_FLAG_SYNC;
-        if (event.type != EV_KEY || !listener) continue;
-        auto code = static_cast<std::uint16_t>(event.code);
-        if (code == KEY_CAPSLOCK && capsLock_) code = capsLockKey(event.value);
-        listener->keyEvent(id, code, event.value);
+        const std::size_t count = static_cast<std::size_t>(got) / sizeof(input_event);
+        for (std::size_t i = 0; i < count; ++i) handle(events[i], listener, id);
+        // evdev hands over all it holds, up to the room given: less than that means nothing is
+        // left, which saves the read that would only say so.
+        if (count < std::size(events)) return true;
     }
+}
+
+void EvdevKeyboard::handle(const input_event& event, KeyboardInput::Listener* listener, KeyboardId id) {
+    // After a dropped report, what follows up to the next report is incomplete: the keys' state is
+    // asked for instead, and the differences are handed over as events of their own.
+    if (event.type == EV_SYN && event.code == SYN_DROPPED) {
+        dropped_ = true;
+    } else if (dropped_) {
+        if (event.type == EV_SYN && event.code == SYN_REPORT) {
+            dropped_ = false;
+            resync(listener, id);
+        }
+    } else if (event.type == EV_KEY) {
+        key(static_cast<std::uint16_t>(event.code), event.value, listener, id);
+    }
+}
+
+void EvdevKeyboard::key(std::uint16_t code, int value, KeyboardInput::Listener* listener, KeyboardId id) {
+    if (code < held_.size()) held_[code] = value != 0;
+    if (!listener) return;
+    if (code == KEY_CAPSLOCK && capsLock_) code = capsLockKey(value);
+    listener->keyEvent(id, code, value);
+}
+
+void EvdevKeyboard::resync(KeyboardInput::Listener* listener, KeyboardId id) {
+    const std::bitset<KEY_CNT> now = keysHeld(fd_);
+    for (std::uint16_t code = 0; code < KEY_CNT; ++code)
+        if (now[code] != held_[code]) key(code, now[code] ? 1 : 0, listener, id);
 }
 
 std::uint16_t EvdevKeyboard::capsLockKey(int value) {
@@ -81,7 +107,7 @@ std::uint16_t EvdevKeyboard::capsLockKey(int value) {
 }
 
 void EvdevKeyboard::grabIfIdle() {
-    if (grabbed_ || holdsAnyKey(device_)) return;
+    if (grabbed_ || held_.any()) return;
     grabbed_ = libevdev_grab(device_, LIBEVDEV_GRAB) == 0;
 }
 

@@ -1,10 +1,13 @@
-// One keyboard read through libevdev: its key events, the resync after dropped reports, its grab and
-// its Caps Lock light.
+// One keyboard: its key events read straight from its event device (the resync after dropped reports
+// included), and through libevdev its grab and its Caps Lock light.
 #pragma once
 
 #include "platform/linux/KeyboardDevices.h"
 #include "platform/linux/RecordedCapsLockMapping.h"
 
+#include <linux/input.h>
+
+#include <bitset>
 #include <memory>
 
 struct libevdev;
@@ -34,12 +37,18 @@ public:
 private:
     EvdevKeyboard(int fd, libevdev* device) : fd_(fd), device_(device) {}
     std::uint16_t capsLockKey(int value);
+    void handle(const input_event& event, KeyboardInput::Listener* listener, KeyboardId id);
+    void key(std::uint16_t code, int value, KeyboardInput::Listener* listener, KeyboardId id);
+    void resync(KeyboardInput::Listener* listener, KeyboardId id);
+    static std::bitset<KEY_CNT> keysHeld(int fd);
 
     int fd_;
     libevdev* device_;
     bool grabbed_ = false;
     RecordedCapsLockMapping* capsLock_ = nullptr;  // none: the kernel keymap turns Caps Lock itself
     std::uint16_t capsLockPressedAs_ = 0;
+    std::bitset<KEY_CNT> held_;  // the keys held as the events read so far say
+    bool dropped_ = false;       // a report was dropped: events are skipped up to the next one
 };
 
 }  // namespace orvane

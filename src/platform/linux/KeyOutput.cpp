@@ -1,6 +1,7 @@
 #include "platform/linux/KeyOutput.h"
 
-#include "interception/TapEvent.h"
+#include "model/SystemKeyID.h"
+#include "platform/EventEncoding.h"
 #include "platform/linux/EvdevKeyTable.h"
 #include "platform/linux/KeyboardTranslator.h"
 
@@ -79,33 +80,34 @@ void KeyOutput::setUsersModifier(std::size_t modifier, bool down) {
 }
 
 void KeyOutput::deliver(const PlatformEvent& event, std::uint64_t heldFlags) {
-    const std::optional<std::int16_t> subtype =
-        event.systemDefined ? std::optional<std::int16_t>(event.systemDefined->subtype) : std::nullopt;
-    const TapEvent decoded = TapEvent::decode(event.type, event.keyCode, event.flags, event.userData, subtype,
-                                              event.systemDefined ? event.systemDefined->data1 : 0);
-    if (decoded.type == TapEventType::systemDefined) {
-        if (!decoded.systemKey || !decoded.isDown) return;
-        if (const auto code = evdevkeys::codeFor(*decoded.systemKey)) setKey(*code, *decoded.isDown, decoded.data1 & 1);
+    if (event.type == TapEventType::systemDefined) {
+        if (!event.systemDefined || event.systemDefined->subtype != auxControlButtonsSubtype) return;
+        const MediaKeyState media = decodeMediaKeyData1(event.systemDefined->data1);
+        const auto systemKey = systemKeyFromRaw(media.keyType);
+        if (!systemKey) return;
+        if (const auto code = evdevkeys::codeFor(*systemKey)) setKey(*code, media.isDown, media.isRepeat);
         return;
     }
-    if (!decoded.key) return;
-    const auto code = evdevkeys::codeFor(*decoded.key);
+    const auto key = keyCodeFromRaw(event.keyCode);
+    if (!key) return;
+    const auto code = evdevkeys::codeFor(*key);
     if (!code) return;
-    if (decoded.type == TapEventType::flagsChanged) {
-        if (*decoded.key == KeyCode::capsLock) {  // each change of the toggle is a whole press
+    const auto ownFlag = modifierFlagMask(*key);
+    if (event.type == TapEventType::flagsChanged) {
+        if (*key == KeyCode::capsLock) {  // each change of the toggle is a whole press
             setKey(*code, true);
             setKey(*code, false);
             return;
         }
         // Each side's own bit tells which of two held keys of a modifier changed.
-        const auto side = sideFlag(*decoded.key);
-        const bool down = side ? (event.flags & *side) != 0 : decoded.isDown.value_or(false);
+        const auto side = sideFlag(*key);
+        const bool down = (event.flags & side.value_or(ownFlag.value_or(0))) != 0;
         if (const auto modifier = modifierIndex(*code)) setUsersModifier(*modifier, down);
         else setKey(*code, down);
         return;
     }
-    if (decoded.type == TapEventType::keyDown || decoded.type == TapEventType::keyUp)
-        deliverKey(*code, modifierFlagMask(*decoded.key), *decoded.isDown, event.flags, heldFlags);
+    if (event.type == TapEventType::keyDown || event.type == TapEventType::keyUp)
+        deliverKey(*code, ownFlag, event.type == TapEventType::keyDown, event.flags, heldFlags);
 }
 
 void KeyOutput::deliverKey(std::uint16_t code, std::optional<std::uint64_t> ownFlag, bool down, std::uint64_t flags,

@@ -1,6 +1,6 @@
 #include "platform/linux/KeyboardTranslator.h"
 
-#include "interception/TapEvent.h"
+#include "platform/EventEncoding.h"
 #include "platform/linux/EvdevKeyTable.h"
 
 namespace orvane {
