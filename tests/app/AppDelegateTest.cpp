@@ -1,21 +1,16 @@
 // The delegate over the simulated platform: start-up, status item and menu, windows, permission, handover and quitting.
 #include "DelegateUnderTest.h"
-#include "FakeHidutil.h"
 #include "Mappings.h"
-#include "interception/EventTapManager.h"
+#include "SimWorld.h"
 #include "interception/KeyRecordingSession.h"
-#include "platform/sim/SimEventSystem.h"
-#include "store/MappingStore.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QQuickView>
 #include <QScreen>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace orvane;
@@ -23,24 +18,11 @@ using namespace orvane::testing;
 
 namespace {
 
-class AppDelegateTest : public ::testing::Test {
+class AppDelegateTest : public ::testing::Test, protected SimWorld {
 protected:
-    QTemporaryDir dir;
-    FakeHidutil tool;
-    std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    SimAccessibility accessibility;
-    SimEventSystem events{accessibility};
-    MappingStore store{*defaults, HIDUtil(tool.path())};
-    EventTapManager manager{events, store};
     std::unique_ptr<DelegateUnderTest> app = std::make_unique<DelegateUnderTest>(*defaults, store, manager, accessibility);
 
     AppDelegate& delegate() { return app->delegate; }
-    void settle() {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            store.waitForCapsLockDecisions();
-        }
-    }
     void launch() { delegate().applicationDidFinishLaunching(), settle(); }
     FakeStatusBar::Item& item() {
         if (!app->statusBar.current) throw std::runtime_error("no status item");
