@@ -48,6 +48,8 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     EXPECT_EQ(titles, (std::vector<QString>{"Active (0 mappings)", "-", "Settings...", "Key Event Debugger...", "-", "Quit"}));
     EXPECT_EQ(defaults->doubleValue(UpdateChecker::lastCheckKey), DelegateUnderTest::now);
     EXPECT_TRUE(app->alerts.shown.empty() && accessibility.prompts() == 0 && !delegate().configWindow());
+    const QColor runningDot = item().menu[0].dotColor;  // green; greyed once stopped (its shape: the tray item's tests)
+    EXPECT_TRUE(std::abs(runningDot.hslHue() - 120) < 30 && runningDot.hslSaturation() > 128) << runningDot.name().toStdString();
     // Only enabled mappings count (one mapping: the toggle's test); the menu is rebuilt as it opens.
     store.setMappings({mapping(KeyCode::a, TargetAction::block()), mapping(KeyCode::b, TargetAction::block(), false),
                        mapping(KeyCode::c, TargetAction::block())});
@@ -58,6 +60,7 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     settle();
     EXPECT_EQ(item().iconName, "keyboard");
     EXPECT_EQ(item().menu[0].title, "Inactive");
+    EXPECT_EQ(item().menu[0].dotColor, QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText));
 }
 
 TEST_F(AppDelegateTest, untrustedLaunchAsksForPermissionAndStaysInactive) {
