@@ -1,21 +1,16 @@
 // The delegate over the simulated platform: start-up, status item and menu, windows, permission, handover and quitting.
 #include "DelegateUnderTest.h"
-#include "FakeHidutil.h"
 #include "Mappings.h"
-#include "interception/EventTapManager.h"
+#include "SimWorld.h"
 #include "interception/KeyRecordingSession.h"
-#include "platform/sim/SimEventSystem.h"
-#include "store/MappingStore.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QQuickView>
 #include <QScreen>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace orvane;
@@ -23,24 +18,11 @@ using namespace orvane::testing;
 
 namespace {
 
-class AppDelegateTest : public ::testing::Test {
+class AppDelegateTest : public ::testing::Test, protected SimWorld {
 protected:
-    QTemporaryDir dir;
-    FakeHidutil tool;
-    std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    SimAccessibility accessibility;
-    SimEventSystem events{accessibility};
-    MappingStore store{*defaults, HIDUtil(tool.path())};
-    EventTapManager manager{events, store};
     std::unique_ptr<DelegateUnderTest> app = std::make_unique<DelegateUnderTest>(*defaults, store, manager, accessibility);
 
     AppDelegate& delegate() { return app->delegate; }
-    void settle() {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            store.waitForCapsLockDecisions();
-        }
-    }
     void launch() { delegate().applicationDidFinishLaunching(), settle(); }
     FakeStatusBar::Item& item() {
         if (!app->statusBar.current) throw std::runtime_error("no status item");
@@ -66,6 +48,8 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     EXPECT_EQ(titles, (std::vector<QString>{"Active (0 mappings)", "-", "Settings...", "Key Event Debugger...", "-", "Quit"}));
     EXPECT_EQ(defaults->doubleValue(UpdateChecker::lastCheckKey), DelegateUnderTest::now);
     EXPECT_TRUE(app->alerts.shown.empty() && accessibility.prompts() == 0 && !delegate().configWindow());
+    const QColor runningDot = item().menu[0].dotColor;  // green; greyed once stopped (its shape: the tray item's tests)
+    EXPECT_TRUE(std::abs(runningDot.hslHue() - 120) < 30 && runningDot.hslSaturation() > 128) << runningDot.name().toStdString();
     // Only enabled mappings count (one mapping: the toggle's test); the menu is rebuilt as it opens.
     store.setMappings({mapping(KeyCode::a, TargetAction::block()), mapping(KeyCode::b, TargetAction::block(), false),
                        mapping(KeyCode::c, TargetAction::block())});
@@ -76,6 +60,7 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     settle();
     EXPECT_EQ(item().iconName, "keyboard");
     EXPECT_EQ(item().menu[0].title, "Inactive");
+    EXPECT_EQ(item().menu[0].dotColor, QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText));
 }
 
 TEST_F(AppDelegateTest, untrustedLaunchAsksForPermissionAndStaysInactive) {

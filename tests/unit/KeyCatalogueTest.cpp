@@ -1,4 +1,4 @@
-// The key catalogue checked by its laws (round trips, unique codes, names and usages, categories) and a few rows.
+// The key catalogue checked by its laws: round trips, unique codes, names and usages, categories.
 #include "model/KeyCategory.h"
 #include "model/KeyCode.h"
 #include "model/SystemKeyID.h"
@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <set>
 #include <string>
 
@@ -51,37 +50,6 @@ TEST(KeyCatalogue, onlyTheCodesOfKeysNameAKey) {
     EXPECT_FALSE(keyCodeFromRaw(1LL << 40));
 }
 
-TEST(KeyCatalogue, spotRows) {
-    using enum KeyCategory;
-    // The key, its code, case name, display name, symbol, usage, category and 1-based place in the picker's order.
-    struct Row {
-        KeyCode key;
-        int code;
-        const char *caseName, *name, *symbol;
-        std::optional<std::uint64_t> usage;
-        KeyCategory category;
-        std::size_t position;
-    };
-    const Row rows[] = {
-        {KeyCode::a, 0x00, "a", "A", "A", 0x700000004, letters, 1},
-        {KeyCode::capsLock, 0x39, "capsLock", "Caps Lock", "\u21EA", 0x700000039, modifiers, 1},
-        {KeyCode::deleteKey, 0x33, "delete", "Delete", "\u232B", 0x70000002A, special, 4},
-        {KeyCode::function, 0x3F, "function", "Fn", "fn", std::nullopt, modifiers, 10},
-        {KeyCode::missionControl, 0xA0, "missionControl", "Mission Control", "\u2303\u2191", std::nullopt, media, 5},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.caseName);
-        EXPECT_EQ(rawValue(row.key), row.code);
-        EXPECT_EQ(caseName(row.key), row.caseName);
-        EXPECT_EQ(displayName(row.key), row.name);
-        EXPECT_EQ(symbol(row.key), row.symbol);
-        EXPECT_EQ(hidUsage(row.key), row.usage);
-        EXPECT_EQ(categoryOf(row.key), row.category);
-        ASSERT_GE(keys(row.category).size(), row.position);
-        EXPECT_EQ(keys(row.category)[row.position - 1], row.key);
-    }
-}
-
 TEST(KeyCatalogue, categoriesHoldEveryKeyOnceUnderTheirTitles) {
     const std::pair<const char*, std::size_t> expected[] = {{"Letters", 26}, {"Numbers", 10},   {"F-Keys", 20},
                                                             {"Modifiers", 10}, {"Special", 17}, {"Navigation", 8},
@@ -104,26 +72,15 @@ TEST(KeyCatalogue, categoriesHoldEveryKeyOnceUnderTheirTitles) {
     for (const char* notATitle : {"media", "letters", ""}) EXPECT_FALSE(keyCategoryFromTitle(notATitle)) << notATitle;
 }
 
-TEST(KeyCatalogue, modifierKeysReportTheirFlag) {
-    const std::pair<KeyCode, std::uint64_t> modifiers[] = {
-        {KeyCode::capsLock, 0x10000},    {KeyCode::leftShift, 0x20000},   {KeyCode::rightShift, 0x20000},
-        {KeyCode::leftControl, 0x40000}, {KeyCode::rightControl, 0x40000}, {KeyCode::leftOption, 0x80000},
-        {KeyCode::rightOption, 0x80000}, {KeyCode::leftCommand, 0x100000}, {KeyCode::rightCommand, 0x100000},
-        {KeyCode::function, 0x800000}};
-    for (const auto& [key, mask] : modifiers) EXPECT_EQ(modifierFlagMask(key), mask) << caseName(key);
-    EXPECT_EQ(modifierFlagMask(KeyCode::a), std::nullopt);
-}
-
+// Each raw value names its own key and no other value names one.
 TEST(SystemKeys, rawValuesRoundTripAndNoOtherTypeNamesAKey) {
     ASSERT_EQ(allSystemKeys().size(), systemKeyCount);
-    std::set<int> named;
     std::set<std::string_view> names;
     for (const SystemKeyID key : allSystemKeys()) {
         EXPECT_EQ(systemKeyFromRaw(rawValue(key)), key);
         EXPECT_TRUE(names.insert(displayName(key)).second && !symbol(key).empty()) << caseName(key);
-        named.insert(rawValue(key));
     }
-    for (int raw = -2; raw < 300; ++raw) EXPECT_EQ(systemKeyFromRaw(raw).has_value(), named.count(raw) == 1) << raw;
-    EXPECT_EQ(displayName(SystemKeyID::playPause), "Play/Pause");
-    EXPECT_EQ(symbol(SystemKeyID::keyboardBacklightUp), "\u2328\uFE0F+");
+    std::size_t named = 0;
+    for (int raw = -2; raw < 300; ++raw) named += systemKeyFromRaw(raw).has_value();
+    EXPECT_EQ(named, systemKeyCount);
 }

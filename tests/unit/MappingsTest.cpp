@@ -10,25 +10,6 @@ using namespace orvane;
 
 namespace {
 
-
-const char* capsLockToEscapeJson =
-    R"({"id":"0E1D2C3B-4A59-4687-9A5B-C0D1E2F30415","sourceKey":{"regular":{"_0":57}},"targetAction":{"key":{"_0":53}},"isEnabled":true})";
-const char* f5ToCommandShift4Json =
-    R"({"id":"5B1A9F3C-2D4E-4F60-8A7B-9C0D1E2F3A4B","sourceKey":{"regular":{"_0":96}},"targetAction":{"combination":{"_0":21,"_1":{"command":true,"option":false,"control":false,"shift":true}}},"isEnabled":true})";
-const char* muteBlockedJson =
-    R"({"id":"C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607","sourceKey":{"system":{"_0":7}},"targetAction":{"block":{}},"isEnabled":false})";
-
-Uuid id(const char* text) { return *Uuid::parse(text); }
-
-std::vector<KeyMapping> threeExamples() {
-    return {
-        {id("0E1D2C3B-4A59-4687-9A5B-C0D1E2F30415"), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true},
-        {id("5B1A9F3C-2D4E-4F60-8A7B-9C0D1E2F3A4B"), SourceKey::regular(KeyCode::f5),
-         TargetAction::combination(KeyCode::four, {.command = true, .shift = true}), true},
-        {id("C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607"), SourceKey::system(SystemKeyID::mute), TargetAction::block(), false},
-    };
-}
-
 // A document of one element with these member texts; an empty isEnabled leaves that member out.
 std::string document(const std::string& target, const std::string& source = R"({"regular":{"_0":57}})",
                      const std::string& enabled = "true", const std::string& id = R"("0E1D2C3B-4A59-4687-9A5B-C0D1E2F30415")") {
@@ -55,13 +36,13 @@ TEST(MappingRecords, labelsPutModifierGlyphsInFixedOrderBeforeTheSymbol) {
 }
 
 // Lower-case text read and written in upper case: the print-mappings scenario.
-TEST(MappingRecords, uuidTextIsCanonicalUpperCaseAndParsesEitherCase) {
+TEST(MappingRecords, malformedUuidTextIsRejectedAndRandomIdsAreVersionFour) {
     for (const char* bad : {"", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F60", "C47A3E10-6B2D-4E8F-9A01-B2C3D4E5F6077",
                             "C47A3E10-6B2D-4E8F-9A01_B2C3D4E5F607", "G47A3E10-6B2D-4E8F-9A01-B2C3D4E5F607"})
         EXPECT_FALSE(Uuid::parse(bad)) << bad;
-    const Uuid a = Uuid::random(), b = Uuid::random();
-    EXPECT_NE(a, b);
-    EXPECT_EQ(a.toString()[14], '4');  // version 4
+    const std::string text = Uuid::random().toString();
+    EXPECT_EQ(text[14], '4');
+    EXPECT_NE(std::string("89AB").find(text[19]), std::string::npos) << text;
 }
 
 // The index must give the same first-match answers as a scan of the list, for any list.
@@ -91,17 +72,8 @@ TEST(MappingIndex, agreesWithALinearScanOnRandomLists) {
     }
 }
 
-
-// Any member order, letter case in ids and unknown members: the print-mappings scenario.
-TEST(MappingJson, encodesTheThreeExamplesByteForByteAndDecodesThemBack) {
-    const std::string json = std::string("[") + capsLockToEscapeJson + "," + f5ToCommandShift4Json + "," + muteBlockedJson + "]";
-    EXPECT_EQ(encodeMappings(threeExamples()), json);
-    const auto decoded = decodeMappings(json);
-    ASSERT_FALSE(decoded.error) << decoded.error->description();
-    EXPECT_EQ(decoded.mappings, threeExamples());
-    EXPECT_EQ(encodeMappings({}), "[]");
-}
-
+// Exact output, and any member order, letter case in ids and unknown members read: the print-mappings
+// scenario; what decoded lists do: the other scenario files.
 TEST(MappingJson, acceptsWhatTheFormAllows) {
     const std::pair<std::string, TargetAction> accepted[] = {
         {R"({"block":{}})", TargetAction::block()},
@@ -133,7 +105,7 @@ TEST(MappingJson, rejectsTheWholeDocumentWithTheFirstError) {
         {R"({"a":1})", Kind::typeMismatch, "", "array"},
         {"[1]", Kind::typeMismatch, "[0]", "object"},
         {document(R"({"key":{"_0":53},"block":{}})"), Kind::typeMismatch, "[0].targetAction", "Invalid number of keys found, expected one."},
-        {document(R"({"block":true})"), Kind::typeMismatch, "[0].targetAction.block", ""},
+        {document(R"({"block":null})"), Kind::typeMismatch, "[0].targetAction.block", ""},
         {document(R"({"key":{}})"), Kind::missingMember, "[0].targetAction.key", "_0"},
         {document(R"({"key":{"_0":"53"}})"), Kind::typeMismatch, "[0].targetAction.key._0", ""},
         {document(R"({"key":{"_0":52}})"), Kind::dataCorrupted, "[0].targetAction.key._0", "52"},
@@ -142,7 +114,8 @@ TEST(MappingJson, rejectsTheWholeDocumentWithTheFirstError) {
         {document(R"({"combination":{"_0":21,"_1":{"command":true,"option":false,"control":false}}})"), Kind::missingMember,
          "[0].targetAction.combination._1", "shift"},
         {document(block, R"({"system":{"_0":17}})"), Kind::dataCorrupted, "[0].sourceKey.system._0", "17"},
-        {"[" + std::string(capsLockToEscapeJson) + "," + document(block, a, "").substr(1), Kind::missingMember, "[1]", "isEnabled"},
+        {document(block).substr(0, document(block).size() - 1) + "," + document(block, a, "").substr(1), Kind::missingMember, "[1]",
+         "isEnabled"},
         {document(block, a, "1"), Kind::typeMismatch, "[0].isEnabled", ""},
         {document(block, a, "true", R"("not-a-uuid")"), Kind::dataCorrupted, "[0].id", ""},
         // The first error in member order wins: a bad source is reported before a missing isEnabled.
@@ -184,4 +157,5 @@ TEST(MappingJson, randomListsSurviveARoundTrip) {
         ASSERT_EQ(decoded.mappings, mappings) << json;
         EXPECT_EQ(encodeMappings(decoded.mappings), json);
     }
+    EXPECT_EQ(encodeMappings({}), "[]");
 }

@@ -154,6 +154,10 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
+    // The block sign is drawn in red; a disabled row's keycaps, source and target, are dimmed.
+    EXPECT_GT(pixelsLike(inRow(2, "blockTarget"), QColor("#ff3b30")), 10);
+    const auto ink = [&](int i, const char* part) { return childNamed(inRow(i, part), "keycapLabel")->property("color"); };
+    for (const char* part : {"sourceKeycap", "targetKeycaps"}) EXPECT_NE(ink(5, part), ink(0, part)) << part;
     ui.screenshot(QStringLiteral("config-list"));
     // The checkbox toggles the mapping; enabled again, the row shows its badge again.
     ui.click(inRow(5, "enabledCheckBox"));

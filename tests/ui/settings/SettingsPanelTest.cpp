@@ -95,7 +95,6 @@ TEST_F(SettingsPanelTest, openingTheDebuggerClosesThePanelFirst) {
 TEST(AppVersion, namesShortVersionAndBuildWithTheirFallbacks) {
     EXPECT_EQ(versionString("2.3", "41"), QStringLiteral("2.3 (41)"));
     EXPECT_EQ(versionString("", ""), QStringLiteral("1.0 (1)"));
-    EXPECT_EQ(applicationVersionString(), QStringLiteral(ORVANE_TEST_PROJECT_VERSION " (" ORVANE_TEST_BUILD_NUMBER ")"));
 }
 
 #include "SettingsPanelTest.moc"

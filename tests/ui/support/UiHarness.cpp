@@ -21,6 +21,17 @@ QQuickItem* childNamed(QQuickItem* item, const QString& name) {
     return nullptr;
 }
 
+int pixelsLike(QQuickItem* item, const QColor& colour) {
+    const QImage shot = item->window()->grabWindow().copy(item->mapRectToScene(item->boundingRect()).toAlignedRect());
+    int like = 0;
+    for (int y = 0; y < shot.height(); ++y)
+        for (int x = 0; x < shot.width(); ++x) {
+            const QColor c = shot.pixelColor(x, y);
+            like += std::abs(c.red() - colour.red()) < 60 && std::abs(c.green() - colour.green()) < 60 && std::abs(c.blue() - colour.blue()) < 60;
+        }
+    return like;
+}
+
 UiHarness::UiHarness() {
     simAccessibility().setTrusted(true);
     UserDefaults::installShared(UserDefaults::openFile(dir_.filePath(QStringLiteral("settings.ini"))));

@@ -17,6 +17,8 @@ namespace orvane::testing {
 
 // The first item of that objectName at or under item (null for a null item).
 QQuickItem* childNamed(QQuickItem* item, const QString& name);
+// How many of the item's pixels, as its window draws them, lie within 60 of colour in each channel.
+int pixelsLike(QQuickItem* item, const QColor& colour);
 
 // Installs fresh shared objects (user defaults in a temporary file, store, tap manager) so that
 // views created from QML find them; trusted simulated platform with its delivered events cleared.
