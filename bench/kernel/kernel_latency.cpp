@@ -1,6 +1,6 @@
 // Added latency of key remapping on a real kernel, side by side: Orvane (A → B; Caps Lock → Escape)
-// and interception-tools (passing through; with caps2esc). A uinput "physical" keyboard is typed
-// on, the remapper's output device is read back; also Orvane's CPU time and wake-ups while idle.
+// and interception-tools (passing A through; caps2esc on Caps Lock), on the same uinput "physical"
+// keyboard, in interleaved rounds; also Orvane's CPU time and wake-ups while idle.
 // Runs inside tools/kernel-vm (scripts/bench starts it there).
 #include "interception/EventTapManager.h"
 #include "platform/Diagnostics.h"
@@ -28,7 +28,9 @@
 #include <vector>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 using namespace orvane;
@@ -52,8 +54,10 @@ int serve(const std::string& which) {
     EvdevKeyboards input(output.devnode());
     LinuxEventSystem events(input, output, [] { return true; });
     auto defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    // No HID tool: Caps Lock is remapped by the taps, the road being measured.
-    MappingStore store(*defaults, HIDUtil(dir.filePath("no-hid-tool")));
+    // The real HID tool (ORVANE_HIDUTIL), so Caps Lock takes the road it takes in the application:
+    // remapped below the taps, by the keyboard backend for a keyboard without a settable keymap.
+    const char* tool = std::getenv("ORVANE_HIDUTIL");
+    MappingStore store(*defaults, HIDUtil(tool ? QString::fromLocal8Bit(tool) : dir.filePath("no-hid-tool")));
     const KeyCode source = which == "caps" ? KeyCode::capsLock : KeyCode::a;
     const KeyCode target = which == "caps" ? KeyCode::escape : KeyCode::b;
     store.setMappings({{Uuid::random(), SourceKey::regular(source), TargetAction::key(target), true}});
@@ -108,17 +112,34 @@ std::string findDevice(const char* name, const std::string& except) {
     return {};
 }
 
-// Waits for `count` key events on fd; false on time-out.
-bool awaitKeys(int fd, int count) {
-    while (count > 0) {
+using Samples = std::vector<double>;
+
+// The moment now on the clock the output device's events are stamped with (CLOCK_MONOTONIC).
+std::int64_t nowMicroseconds() {
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * 1'000'000 + now.tv_nsec / 1000;
+}
+
+// Waits up to `wait` for key events and reads the first batch that holds any: the kernel's time stamp
+// of the first, and in `count` how many the batch held.
+std::optional<std::int64_t> firstKeyEvent(int fd, std::chrono::milliseconds wait, int& count) {
+    std::optional<std::int64_t> first;
+    count = 0;
+    for (const auto deadline = Clock::now() + wait; Clock::now() < deadline;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
         pollfd waiting{fd, POLLIN, 0};
-        if (::poll(&waiting, 1, 2000) <= 0) return false;
+        if (::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left, 1))) <= 0) break;
         input_event events[16];
         const ssize_t got = ::read(fd, events, sizeof events);
-        for (ssize_t i = 0; i < got / static_cast<ssize_t>(sizeof(input_event)); ++i)
-            if (events[i].type == EV_KEY) --count;
+        for (ssize_t i = 0; i < got / static_cast<ssize_t>(sizeof(input_event)); ++i) {
+            if (events[i].type != EV_KEY) continue;
+            if (!first) first = std::int64_t{events[i].input_event_sec} * 1'000'000 + events[i].input_event_usec;
+            ++count;
+        }
+        if (count > 0) break;
     }
-    return true;
+    return first;
 }
 
 void write(libevdev_uinput* keyboard, unsigned code, int value) {
@@ -126,37 +147,44 @@ void write(libevdev_uinput* keyboard, unsigned code, int value) {
     libevdev_uinput_write_event(keyboard, EV_SYN, SYN_REPORT, 0);
 }
 
-struct Figures {
-    double median = 0, p99 = 0;
-    int samples = 0;
-};
-
-// Presses and releases `code` until `events` key events were timed; each press expects
-// keysPerPress key events back, each release keysPerRelease.
-Figures measure(libevdev_uinput* keyboard, const std::string& outputNode, unsigned code, int keysPerPress, int keysPerRelease, int events) {
+// Types `code` on the keyboard `presses` times and times each write that the remapper answers: from
+// just before the write to the kernel's stamp on the first key event on its output. Which writes it
+// answers (a press, a release, both) is learnt from a few presses first.
+Samples measure(libevdev_uinput* keyboard, const std::string& outputNode, unsigned code, int presses) {
     const int fd = ::open(outputNode.c_str(), O_RDONLY | O_NONBLOCK);
     if (fd < 0) return {};
-    std::vector<double> latencies;
-    for (int i = 0; i < events + 40; ++i) {  // the first 40 warm up
+    int clock = CLOCK_MONOTONIC;
+    ::ioctl(fd, EVIOCSCLOCKID, &clock);
+    bool answers[2] = {false, false};  // release, press
+    for (int i = 0; i < 6; ++i) {
+        int count = 0;
+        write(keyboard, code, i % 2 == 0);
+        if (firstKeyEvent(fd, 300ms, count)) answers[i % 2 == 0] = true;
+    }
+    Samples latencies;
+    for (int i = 0; i < presses * 2; ++i) {
         const bool press = i % 2 == 0;
-        const int expected = press ? keysPerPress : keysPerRelease;
-        const auto start = Clock::now();
-        write(keyboard, code, press ? 1 : 0);
-        if (expected == 0) {
-            std::this_thread::sleep_for(1ms);
+        const std::int64_t start = nowMicroseconds();
+        write(keyboard, code, press);
+        int count = 0;
+        if (!answers[press]) {
+            firstKeyEvent(fd, 2ms, count);
             continue;
         }
-        if (!awaitKeys(fd, expected)) break;
-        if (i >= 40) latencies.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+        // firstKeyEvent returns with the first batch; what else the remapper writes for this key is
+        // taken before the next write.
+        const auto first = firstKeyEvent(fd, 500ms, count);
+        if (first) latencies.push_back(static_cast<double>(*first - start));
+        for (int more = 0; more < 20 && count > 0; ++more) firstKeyEvent(fd, 1ms, count);
     }
     ::close(fd);
-    Figures figures;
-    figures.samples = static_cast<int>(latencies.size());
-    if (latencies.empty()) return figures;
-    std::sort(latencies.begin(), latencies.end());
-    figures.median = latencies[latencies.size() / 2];
-    figures.p99 = latencies[std::min(latencies.size() - 1, latencies.size() * 99 / 100)];
-    return figures;
+    return latencies;
+}
+
+double percentile(Samples samples, double fraction) {
+    if (samples.empty()) return 0;
+    std::sort(samples.begin(), samples.end());
+    return samples[std::min(samples.size() - 1, static_cast<std::size_t>(static_cast<double>(samples.size()) * fraction))];
 }
 
 // CPU time (ms) and context switches (wake-ups) of a process and its threads so far.
@@ -199,7 +227,8 @@ int main(int argc, char** argv) {
         std::puts("kernel latency: runs inside tools/kernel-vm/kernel-vm.sh");
         return 77;
     }
-    const int events = argc > 1 ? std::atoi(argv[1]) : 2000;
+    const int presses = argc > 1 ? std::atoi(argv[1]) : 300;  // each a press and a release
+    constexpr int rounds = 4;
     libevdev* model = libevdev_new();
     libevdev_set_name(model, physicalName);
     for (unsigned code = KEY_ESC; code <= KEY_KPDOT; ++code) libevdev_enable_event_code(model, EV_KEY, code, nullptr);
@@ -208,36 +237,64 @@ int main(int argc, char** argv) {
     const std::string physical = libevdev_uinput_get_devnode(keyboard);
     const std::string self = std::filesystem::read_symlink("/proc/self/exe");
 
+    // Both tools read the same uinput keyboard and are timed the same way, in interleaved rounds.
     struct Setup {
         const char* label;
         std::string command;
         bool orvane;
         unsigned code;
-        int perPress, perRelease;
+        Samples pooled;
     };
-    const Setup setups[] = {
-        {"(a) Orvane, A -> B", self + " --serve ab", true, KEY_A, 1, 1},
-        {"(b) Orvane, Caps Lock -> Escape (both)", self + " --serve caps", true, KEY_CAPSLOCK, 2, 0},
-        {"(c) interception-tools, passing through", "interception -g " + physical + " | uinput -d " + physical, false, KEY_A, 1, 1},
-        {"(d) interception-tools with caps2esc", "interception -g " + physical + " | caps2esc | uinput -d " + physical, false, KEY_A, 1, 1},
+    Setup setups[] = {
+        {"(a) Orvane, A -> B", self + " --serve ab", true, KEY_A, {}},
+        {"(b) interception-tools passing A through", "interception -g " + physical + " | uinput -d " + physical, false, KEY_A, {}},
+        {"(c) Orvane, Caps Lock -> Escape", self + " --serve caps", true, KEY_CAPSLOCK, {}},
+        {"(d) interception-tools with caps2esc, Caps Lock", "interception -g " + physical + " | caps2esc | uinput -d " + physical,
+         false, KEY_CAPSLOCK, {}},
     };
-    std::optional<double> orvaneMedian, toolsMedian;
-    std::printf("added latency of one key event, %d events each (us):\n", events);
-    for (const Setup& setup : setups) {
-        Child child = spawn(setup.command);
-        const std::string output = setup.orvane ? readyNode(child) : findDevice(physicalName, physical);
-        std::this_thread::sleep_for(300ms);  // the grab settles
-        const Figures figures = output.empty() ? Figures{} : measure(keyboard, output, setup.code, setup.perPress, setup.perRelease, events);
-        stop(child);
-        if (figures.samples == 0) {
-            std::printf("%-42s not measured (%s)\n", setup.label, output.empty() ? "no output device" : "no events came back");
-            continue;
+    std::printf("added latency of a key event on a uinput keyboard, %d rounds of %d events (us, write to the output's stamp):\n",
+                rounds, presses * 2);
+    for (int round = 1; round <= rounds; ++round) {
+        for (Setup& setup : setups) {
+            Child child = spawn(setup.command);
+            const std::string output = setup.orvane ? readyNode(child) : findDevice(physicalName, physical);
+            std::this_thread::sleep_for(300ms);  // the grab settles
+            const Samples samples = output.empty() ? Samples{} : measure(keyboard, output, setup.code, presses);
+            stop(child);
+            std::printf("round %d  %-48s median %7.1f  (%zu samples)\n", round, setup.label, percentile(samples, 0.5), samples.size());
+            setup.pooled.insert(setup.pooled.end(), samples.begin(), samples.end());
         }
-        std::printf("%-42s median %8.1f  p99 %8.1f  (%d samples)\n", setup.label, figures.median, figures.p99, figures.samples);
-        if (setup.code == KEY_A && setup.orvane) orvaneMedian = figures.median;
-        if (setup.code == KEY_A && !setup.orvane && !toolsMedian) toolsMedian = figures.median;
     }
-    if (orvaneMedian && toolsMedian) std::printf("ratio of medians, (a) / (c): %.2f\n", *orvaneMedian / *toolsMedian);
+    std::printf("pooled:\n");
+    for (const Setup& setup : setups) {
+        const double median = percentile(setup.pooled, 0.5), p99 = percentile(setup.pooled, 0.99);
+        std::printf("%-48s median %7.1f  p99 %7.1f  p99/median %.2f  (%zu samples)\n", setup.label, median, p99,
+                    median > 0 ? p99 / median : 0.0, setup.pooled.size());
+    }
+    const auto ratio = [&](int a, int b) {
+        const double denominator = percentile(setups[b].pooled, 0.5);
+        return denominator > 0 ? percentile(setups[a].pooled, 0.5) / denominator : 0.0;
+    };
+    std::printf("ratio of medians, (a) / (b): %.2f\nratio of medians, (c) / (d): %.2f\n", ratio(0, 1), ratio(2, 3));
+
+    // Where the time goes: the system calls of each remapper (all its processes) over one more round.
+    if (std::getenv("ORVANE_LATENCY_PROFILE")) {
+        for (const Setup& setup : setups) {
+            const std::string report = "/tmp/latency-profile.txt";
+            std::string command = setup.command;
+            for (std::size_t at = 0; (at = command.find('\'', at)) != std::string::npos; at += 4) command.replace(at, 1, "'\\''");
+            Child child = spawn("exec strace -f -c -o " + report + " sh -c '" + command + "'");
+            const std::string output = setup.orvane ? readyNode(child) : findDevice(physicalName, physical);
+            std::this_thread::sleep_for(300ms);
+            const Samples samples = output.empty() ? Samples{} : measure(keyboard, output, setup.code, presses);
+            ::kill(-child.pid, SIGTERM);  // strace writes its table when what it traces ends
+            ::waitpid(child.pid, nullptr, 0);
+            if (child.out) ::fclose(child.out);
+            std::printf("system calls of %s over %d events (%zu timed):\n", setup.label, presses * 2 + 6, samples.size());
+            std::ifstream table(report);
+            for (std::string line; std::getline(table, line);) std::printf("  %s\n", line.c_str());
+        }
+    }
 
     Child idle = spawn(self + " --serve ab");
     if (!readyNode(idle).empty()) {
