@@ -16,11 +16,13 @@
 #include <libevdev/libevdev.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <optional>
 #include <signal.h>
 #include <string>
@@ -187,28 +189,39 @@ double percentile(Samples samples, double fraction) {
     return samples[std::min(samples.size() - 1, static_cast<std::size_t>(static_cast<double>(samples.size()) * fraction))];
 }
 
-// CPU time (ms) and context switches (wake-ups) of a process and its threads so far.
-std::pair<double, long> usage(pid_t pid) {
-    double cpuMs = 0;
+// CPU time and context switches (wake-ups) so far of every process in a process group, all threads.
+struct Usage {
+    double cpuMicroseconds = 0;
     long switches = 0;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/task")) {
-        std::ifstream stat(task.path() / "stat");
+};
+Usage groupUsage(pid_t group) try {
+    Usage usage;
+    std::error_code listing;  // processes come and go while /proc is read
+    for (const auto& process : std::filesystem::directory_iterator("/proc", listing)) {
+        if (!std::isdigit(static_cast<unsigned char>(process.path().filename().string().front()))) continue;
+        std::ifstream stat(process.path() / "stat");
         std::string text((std::istreambuf_iterator<char>(stat)), {});
         const auto close = text.rfind(')');
+        // After the name: state, parent, process group.
         if (close == std::string::npos) continue;
-        std::vector<std::string> fields;
-        std::string field;
-        for (char c : text.substr(close + 2)) {
-            if (c == ' ') fields.push_back(std::exchange(field, {}));
-            else field += c;
+        std::istringstream fields(text.substr(close + 2));
+        std::string state;
+        long parent = 0, processGroup = 0;
+        if (!(fields >> state >> parent >> processGroup) || processGroup != group) continue;
+        std::error_code error;
+        for (const auto& task : std::filesystem::directory_iterator(process.path() / "task", error)) {
+            std::ifstream schedstat(task.path() / "schedstat");  // nanoseconds on the CPU first
+            double nanoseconds = 0;
+            if (schedstat >> nanoseconds) usage.cpuMicroseconds += nanoseconds / 1000.0;
+            std::ifstream status(task.path() / "status");
+            for (std::string line; std::getline(status, line);)
+                if (line.starts_with("voluntary_ctxt_switches:") || line.starts_with("nonvoluntary_ctxt_switches:"))
+                    usage.switches += std::stol(line.substr(line.find(':') + 1));
         }
-        if (fields.size() > 13) cpuMs += (std::stod(fields[11]) + std::stod(fields[12])) * 1000.0 / static_cast<double>(::sysconf(_SC_CLK_TCK));
-        std::ifstream status(task.path() / "status");
-        for (std::string line; std::getline(status, line);)
-            if (line.starts_with("voluntary_ctxt_switches:") || line.starts_with("nonvoluntary_ctxt_switches:"))
-                switches += std::stol(line.substr(line.find(':') + 1));
     }
-    return {cpuMs, switches};
+    return usage;
+} catch (const std::exception&) {
+    return {};  // a process went away while it was read: this count is lost
 }
 
 std::string readyNode(Child& child) {
@@ -244,13 +257,16 @@ int main(int argc, char** argv) {
         bool orvane;
         unsigned code;
         Samples pooled;
+        double cpuMicroseconds = 0;
+        long switches = 0;
+        int events = 0;
     };
     Setup setups[] = {
-        {"(a) Orvane, A -> B", self + " --serve ab", true, KEY_A, {}},
-        {"(b) interception-tools passing A through", "interception -g " + physical + " | uinput -d " + physical, false, KEY_A, {}},
-        {"(c) Orvane, Caps Lock -> Escape", self + " --serve caps", true, KEY_CAPSLOCK, {}},
+        {"(a) Orvane, A -> B", self + " --serve ab", true, KEY_A},
+        {"(b) interception-tools passing A through", "interception -g " + physical + " | uinput -d " + physical, false, KEY_A},
+        {"(c) Orvane, Caps Lock -> Escape", self + " --serve caps", true, KEY_CAPSLOCK},
         {"(d) interception-tools with caps2esc, Caps Lock", "interception -g " + physical + " | caps2esc | uinput -d " + physical,
-         false, KEY_CAPSLOCK, {}},
+         false, KEY_CAPSLOCK},
     };
     std::printf("added latency of a key event on a uinput keyboard, %d rounds of %d events (us, write to the output's stamp):\n",
                 rounds, presses * 2);
@@ -259,17 +275,24 @@ int main(int argc, char** argv) {
             Child child = spawn(setup.command);
             const std::string output = setup.orvane ? readyNode(child) : findDevice(physicalName, physical);
             std::this_thread::sleep_for(300ms);  // the grab settles
+            const Usage before = groupUsage(child.pid);
             const Samples samples = output.empty() ? Samples{} : measure(keyboard, output, setup.code, presses);
+            const Usage after = groupUsage(child.pid);
             stop(child);
             std::printf("round %d  %-48s median %7.1f  (%zu samples)\n", round, setup.label, percentile(samples, 0.5), samples.size());
             setup.pooled.insert(setup.pooled.end(), samples.begin(), samples.end());
+            setup.cpuMicroseconds += after.cpuMicroseconds - before.cpuMicroseconds;
+            setup.switches += after.switches - before.switches;
+            setup.events += presses * 2 + 6;
         }
     }
     std::printf("pooled:\n");
     for (const Setup& setup : setups) {
         const double median = percentile(setup.pooled, 0.5), p99 = percentile(setup.pooled, 0.99);
-        std::printf("%-48s median %7.1f  p99 %7.1f  p99/median %.2f  (%zu samples)\n", setup.label, median, p99,
-                    median > 0 ? p99 / median : 0.0, setup.pooled.size());
+        const double events = std::max(setup.events, 1);
+        std::printf("%-48s median %7.1f  p99 %7.1f  p99/median %.2f  (%zu samples); per event: %.1f us CPU, %.2f wake-ups\n",
+                    setup.label, median, p99, median > 0 ? p99 / median : 0.0, setup.pooled.size(), setup.cpuMicroseconds / events,
+                    static_cast<double>(setup.switches) / events);
     }
     const auto ratio = [&](int a, int b) {
         const double denominator = percentile(setups[b].pooled, 0.5);
@@ -299,10 +322,11 @@ int main(int argc, char** argv) {
     Child idle = spawn(self + " --serve ab");
     if (!readyNode(idle).empty()) {
         std::this_thread::sleep_for(500ms);
-        const auto before = usage(idle.pid);
+        const Usage before = groupUsage(idle.pid);
         std::this_thread::sleep_for(10s);
-        const auto after = usage(idle.pid);
-        std::printf("Orvane idle for 10 s: %.0f ms CPU, %ld wake-ups\n", after.first - before.first, after.second - before.second);
+        const Usage after = groupUsage(idle.pid);
+        std::printf("Orvane idle for 10 s: %.1f ms CPU, %ld wake-ups\n", (after.cpuMicroseconds - before.cpuMicroseconds) / 1000.0,
+                    after.switches - before.switches);
     }
     stop(idle);
     libevdev_uinput_destroy(keyboard);
