@@ -42,6 +42,13 @@ TEST(SimScript, reportsTheFirstMalformedLine) {
     }
 }
 
+TEST(SimScript, errorsQuoteAShortPrefixOfTheInputWithControlCharactersEscaped) {
+    const auto parsed = parseScript("keyDown " + std::string(50'000, 'x') + "\n\x1b[2J\n");
+    const std::string& reason = std::get<ScriptError>(parsed).reason;
+    EXPECT_LT(reason.size(), 64u) << reason;
+    EXPECT_EQ(std::get<ScriptError>(parseScript("\x1b[2J")).reason, "unknown command \"\\x1B[2J\"");
+}
+
 // The other options as the scenario files use them.
 TEST(SimOptions, acceptsTheDocumentedOptionsOnly) {
     const auto parsed = parseOptions({"--caps-hid", "f18", "--hidutil=/x", "script.txt"});

@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "Printable.h"
+
 namespace orvane::sim {
 
 std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments) {
@@ -45,10 +47,12 @@ std::variant<Options, std::string> parseOptions(const std::vector<std::string>& 
             bool noFilter = false;
             error = flag(noFilter);
             if (noFilter) options.filterNoise = false;
+        } else if (argument == "--help" || argument == "-h") {
+            options.help = true;
         } else if (argument == "--print-mappings") {
             error = flag(options.printMappings);
         } else if (argument.size() > 1 && argument[0] == '-') {
-            error = "unknown option " + argument;
+            error = "unknown option " + printable(argument);
         } else if (options.script) {
             error = "only one SCRIPT may be given";
         } else {

@@ -18,12 +18,13 @@ struct Options {
     bool capture = false;
     bool filterNoise = true;
     bool printMappings = false;
+    bool help = false;  // print the usage and do nothing else
     std::optional<std::string> script;  // none: standard input
 };
 
 inline constexpr const char* usage =
     "usage: orvane-sim [--mappings FILE] [--caps-hid none|direct|f18] [--hidutil PATH] [--untrusted] [--capture] "
-    "[--no-filter] [--print-mappings] [SCRIPT]";
+    "[--no-filter] [--print-mappings] [--help] [SCRIPT]";
 
 // The error is one line saying what is wrong.
 std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);

@@ -1,5 +1,7 @@
 #include "Script.h"
 
+#include "Printable.h"
+
 #include "model/KeyCode.h"
 
 #include <charconv>
@@ -47,8 +49,8 @@ std::int64_t parseInteger(const std::string& text, const char* what) {
 std::uint16_t parseKey(const std::string& text) {
     if (const auto key = keyCodeFromCaseName(text)) return static_cast<std::uint16_t>(rawValue(*key));
     const auto code = parseNumber<std::uint32_t>(text);
-    if (!code) throw Malformed{"unknown key \"" + text + "\""};
-    if (*code > 65535) throw Malformed{"key code " + text + " is above 65535"};
+    if (!code) throw Malformed{"unknown key \"" + printable(text) + "\""};
+    if (*code > 65535) throw Malformed{"key code " + printable(text) + " is above 65535"};
     return static_cast<std::uint16_t>(*code);
 }
 
@@ -64,8 +66,8 @@ std::map<std::string, std::string> options(const std::vector<std::string>& token
             known = false;
             for (const char* option : allowed) known = known || name == option;
         }
-        if (!known) throw Malformed{"unexpected \"" + tokens[i] + "\""};
-        if (!found.emplace(name, tokens[i].substr(equals + 1)).second) throw Malformed{"\"" + name + "\" given twice"};
+        if (!known) throw Malformed{"unexpected \"" + printable(tokens[i]) + "\""};
+        if (!found.emplace(name, tokens[i].substr(equals + 1)).second) throw Malformed{"\"" + printable(name) + "\" given twice"};
     }
     return found;
 }
@@ -125,11 +127,11 @@ ScriptItem parseLine(const std::vector<std::string>& tokens) {
         const auto type = parseNumber<std::uint32_t>(tokens[1]);
         if (!type) throw Malformed{"event type is not a number"};
         if (*type == 10 || *type == 11 || *type == 12 || *type == 14)
-            throw Malformed{"use keyDown, keyUp, flagsChanged or systemDefined for event type " + tokens[1]};
+            throw Malformed{"use keyDown, keyUp, flagsChanged or systemDefined for event type " + printable(tokens[1])};
         event.type = *type;
         return item;
     }
-    throw Malformed{"unknown command \"" + command + "\""};
+    throw Malformed{"unknown command \"" + printable(command) + "\""};
 }
 
 }  // namespace

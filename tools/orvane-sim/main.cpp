@@ -1,5 +1,6 @@
 // orvane-sim: checks a mapping list against key sequences, with no keyboard involved.
 #include "Options.h"
+#include "Printable.h"
 #include "Script.h"
 #include "Simulator.h"
 
@@ -8,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 
 namespace {
 
@@ -27,19 +27,23 @@ struct FileContents {
     std::string error;
 };
 
+FileContents readAll(std::istream& input) {
+    FileContents contents;
+    char chunk[65536];
+    while (input.read(chunk, sizeof chunk) || input.gcount() > 0) {
+        contents.bytes.append(chunk, static_cast<std::size_t>(input.gcount()));
+        if (contents.bytes.size() > maxInputBytes) return {{}, "larger than 64 MiB"};
+    }
+    if (input.bad()) return {{}, "read error"};
+    return contents;
+}
+
 FileContents readFile(const std::string& path) {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) return {{}, "is a directory"};
     std::ifstream file(path, std::ios::binary);
     if (!file) return {{}, "cannot open it"};
-    FileContents contents;
-    char chunk[65536];
-    while (file.read(chunk, sizeof chunk) || file.gcount() > 0) {
-        contents.bytes.append(chunk, static_cast<std::size_t>(file.gcount()));
-        if (contents.bytes.size() > maxInputBytes) return {{}, "larger than 64 MiB"};
-    }
-    if (file.bad()) return {{}, "read error"};
-    return contents;
+    return readAll(file);
 }
 
 }  // namespace
@@ -51,26 +55,25 @@ int main(int argc, char** argv) {
     const auto parsed = parseOptions(std::vector<std::string>(argv + 1, argv + argc));
     if (const auto* error = std::get_if<std::string>(&parsed)) return fail(*error + "\n" + usage);
     const Options& options = std::get<Options>(parsed);
+    if (options.help) {
+        std::cout << usage << '\n';
+        return 0;
+    }
 
     std::string mappings;
     if (options.mappingsFile) {
         FileContents file = readFile(*options.mappingsFile);
-        if (!file.error.empty()) return fail("cannot read mappings file " + *options.mappingsFile + ": " + file.error);
+        if (!file.error.empty()) return fail("cannot read mappings file " + printable(*options.mappingsFile, 256) + ": " + file.error);
         mappings = std::move(file.bytes);
     }
 
     std::vector<ScriptItem> script;
     if (!options.printMappings) {
         std::string text;
-        std::string name = "<stdin>";
-        if (options.script) {
-            name = *options.script;
-            FileContents file = readFile(name);
-            if (!file.error.empty()) return fail("cannot read script " + name + ": " + file.error);
-            text = std::move(file.bytes);
-        } else {
-            text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-        }
+        const std::string name = options.script ? printable(*options.script, 256) : "<stdin>";
+        FileContents file = options.script ? readFile(*options.script) : readAll(std::cin);
+        if (!file.error.empty()) return fail("cannot read script " + name + ": " + file.error);
+        text = std::move(file.bytes);
         auto result = parseScript(text);
         if (const auto* error = std::get_if<ScriptError>(&result))
             return fail(name + ":" + std::to_string(error->lineNumber) + ": " + error->reason);
