@@ -1,4 +1,5 @@
-// Quit requests on POSIX systems: SIGTERM, SIGINT and SIGHUP become an orderly quit on the main thread.
+// Quit requests on POSIX systems: SIGTERM, SIGINT and SIGHUP become an orderly quit on the main thread,
+// and SIGPIPE none.
 #include "platform/PlatformServices.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,9 @@ void onSignal(int) {
 
 void installQuitRequestHandler(std::function<void()> onQuitRequest) {
     if (signalPipe[0] >= 0) return;
+    // A reader of standard output that has gone makes a diagnostic line fail, never ends the process:
+    // a quit must still reach the clear that gives Caps Lock back.
+    ::signal(SIGPIPE, SIG_IGN);
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, signalPipe) != 0) return;
     // Lives as long as the application object.
     auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, QCoreApplication::instance());
