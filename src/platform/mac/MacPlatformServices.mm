@@ -59,7 +59,12 @@ std::function<bool()> secureInputQuery() {
     return [] { return IsSecureEventInputEnabled() != 0; };
 }
 
-void activateApplication() { [NSApp activateIgnoringOtherApps:YES]; }
+// From macOS 14 an application can no longer take the front from the active one; it asks, and the
+// launch that handed over to it has yielded (MessagePortInstanceChannel::activateOtherInstance).
+void activateApplication() {
+    if (@available(macOS 14, *)) [NSApp activate];
+    else [NSApp activateIgnoringOtherApps:YES];
+}
 
 bool trayIconClickOpensMenu() { return true; }
 
