@@ -28,8 +28,11 @@ static_assert(static_cast<CGEventField>(EventField::eventSourceUserData) == kCGE
 CGEventRef cg(const PlatformEvent* event) { return reinterpret_cast<CGEventRef>(const_cast<PlatformEvent*>(event)); }
 CFRunLoopSourceRef cf(const EventSystem::SourceHandle& source) { return reinterpret_cast<CFRunLoopSourceRef>(source.get()); }
 
+// The system disables a tap that was too slow or at the user's request, and tells the tap so: every
+// tap of ours (the interception's, the recorder's, the debugger's capture) runs on at once.
 CGEventRef forwardToCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void* info) {
     const auto* tap = static_cast<const EventTap*>(info);
+    if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) CGEventTapEnable(tap->port, true);
     return reinterpret_cast<CGEventRef>(tap->callback(type, reinterpret_cast<PlatformEvent*>(event), tap->userInfo));
 }
 
