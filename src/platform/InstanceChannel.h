@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <chrono>
+#include <optional>
 
 namespace orvane {
 
@@ -40,6 +41,40 @@ public:
 signals:
     // Main thread, once per message received, with the message's bytes as sent.
     void messageReceived(const QByteArray& message);
+};
+
+// A channel over a port that the system registers under a fixed name, per user: registering is the
+// claim (refused in one step while another process holds the name, released when that process ends),
+// and a message is a request that the holder answers, so a launch hands over only to an instance
+// that took the message. The two system calls are the subclass's; the rules are here. Main thread only.
+class RequestPortInstanceChannel : public InstanceChannel {
+    Q_OBJECT
+public:
+    using InstanceChannel::InstanceChannel;
+
+    bool postMessage(const QByteArray& message) final;
+    bool listen() final;
+    // The port stays registered (the claim holds); every request from now on is refused.
+    void stopListening() final;
+
+protected:
+    // The answer of an instance that took the message; any other answer, or none, is a refusal.
+    static constexpr char takenAnswer[] = "taken";
+
+    // Registers this process's port under the channel's name, each request to it answered on the main
+    // thread by answer(); false when another process (or another channel here) holds the name.
+    virtual bool registerPort() = 0;
+    // Sends the request to the port registered under the name and waits a bounded time for its answer;
+    // none when no port holds the name or its holder did not answer in time.
+    virtual std::optional<QByteArray> sendRequest(const QByteArray& request) = 0;
+
+    // The registered port's answer to a request, given at once: messageReceived follows from the event
+    // loop, so a slow receiver never keeps the sender waiting.
+    QByteArray answer(const QByteArray& request);
+
+private:
+    enum class State { unclaimed, taking, refusing };
+    State state_ = State::unclaimed;
 };
 
 }  // namespace orvane

@@ -1,26 +1,73 @@
-// Two instances of the handover channel in one process, under a name no other run uses.
+// The handover channels, two instances in one process under a name no other run uses: the same rules
+// for the Linux socket channel and for the request-port channel (macOS's system calls on a Mac; here its
+// ports live in this process).
+#include "platform/InstanceChannel.h"
+#ifdef __linux__
 #include "platform/linux/LocalSocketInstanceChannel.h"
+#endif
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUuid>
 
 using namespace orvane;
+using namespace std::chrono_literals;
 
 namespace {
 
 QString uniqueName() { return QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::WithoutBraces); }
 
-}  // namespace
+// The system's namespace of ports, in this process: a name has at most one holder, which answers each
+// request at once, unless it stands for an instance whose main thread is busy.
+class InProcessPortChannel final : public RequestPortInstanceChannel {
+public:
+    explicit InProcessPortChannel(QString name) : name_(std::move(name)) {}
+    ~InProcessPortChannel() override {
+        if (ports().value(name_) == this) ports().remove(name_);
+    }
+    void activateOtherInstance() override {}
+    using RequestPortInstanceChannel::answer;
+    bool busy = false;
 
-TEST(InstanceChannel, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone) {
+protected:
+    bool registerPort() override {
+        if (ports().contains(name_)) return false;
+        ports().insert(name_, this);
+        return true;
+    }
+    std::optional<QByteArray> sendRequest(const QByteArray& request) override {
+        InProcessPortChannel* holder = ports().value(name_);
+        if (!holder || holder->busy) return std::nullopt;
+        return holder->answer(request);
+    }
+
+private:
+    static QHash<QString, InProcessPortChannel*>& ports() {
+        static QHash<QString, InProcessPortChannel*> registered;
+        return registered;
+    }
+    QString name_;
+};
+
+template <typename Channel>
+class InstanceChannelRules : public testing::Test {};
+
+#ifdef __linux__
+using Channels = testing::Types<LocalSocketInstanceChannel, InProcessPortChannel>;
+#else
+using Channels = testing::Types<InProcessPortChannel>;
+#endif
+TYPED_TEST_SUITE(InstanceChannelRules, Channels);
+
+TYPED_TEST(InstanceChannelRules, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone) {
     const QString name = uniqueName();
-    auto first = std::make_unique<LocalSocketInstanceChannel>(name);
-    LocalSocketInstanceChannel second(name);
+    auto first = std::make_unique<TypeParam>(name);
+    TypeParam second(name);
     EXPECT_FALSE(first->postMessage("hello"));
     ASSERT_TRUE(first->listen());
     QSignalSpy messages(first.get(), &InstanceChannel::messageReceived);
@@ -34,12 +81,57 @@ TEST(InstanceChannel, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone)
     QCoreApplication::processEvents();
     ASSERT_EQ(messages.count(), 1);
     EXPECT_EQ(messages[0][0].toByteArray(), longest);
+    EXPECT_EQ(second.claimOrHandOver("again", 0ms), InstanceChannel::Claim::handedOver);
 
     first.reset();
     EXPECT_TRUE(second.listen());
 }
 
-TEST(InstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArrives) {
+TYPED_TEST(InstanceChannelRules, aQuittingInstanceKeepsItsClaimTakesNoMessageAndALaunchRunsOnceItIsGone) {
+    const QString name = uniqueName();
+    auto quitting = std::make_unique<TypeParam>(name);
+    TypeParam launch(name);
+    ASSERT_TRUE(quitting->listen());
+    QSignalSpy messages(quitting.get(), &InstanceChannel::messageReceived);
+    quitting->stopListening();
+
+    EXPECT_FALSE(quitting->listen());
+    EXPECT_FALSE(launch.listen());
+    EXPECT_FALSE(launch.postMessage("hello"));
+    EXPECT_EQ(launch.claimOrHandOver("hello", 100ms), InstanceChannel::Claim::noAnswer);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(messages.count(), 0);
+
+    quitting.reset();
+    EXPECT_EQ(launch.claimOrHandOver("hello", 0ms), InstanceChannel::Claim::ours);
+}
+
+TEST(RequestPortInstanceChannel, onlyARequestTheHolderTookIsAHandover) {
+    const QString name = uniqueName();
+    InProcessPortChannel holder(name);
+    InProcessPortChannel launch(name);
+    QSignalSpy messages(&holder, &InstanceChannel::messageReceived);
+    EXPECT_FALSE(launch.postMessage("hello"));  // nobody holds the name
+    ASSERT_TRUE(holder.listen());
+
+    holder.busy = true;
+    EXPECT_FALSE(launch.postMessage("hello"));
+    holder.busy = false;
+    // A request that a well-behaved sender never makes is refused by the port itself.
+    EXPECT_TRUE(holder.answer("").isEmpty());
+    EXPECT_TRUE(holder.answer(QByteArray(InstanceChannel::maxMessageSize + 1, 'x')).isEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(messages.count(), 0);
+
+    EXPECT_TRUE(launch.postMessage("hello"));
+    EXPECT_EQ(messages.count(), 0);  // the answer comes first, the message from the event loop
+    QCoreApplication::processEvents();
+    ASSERT_EQ(messages.count(), 1);
+    EXPECT_EQ(messages[0][0].toByteArray(), "hello");
+}
+
+#ifdef __linux__
+TEST(LocalSocketInstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArrives) {
     const QString name = uniqueName();
     LocalSocketInstanceChannel primary(name);
     ASSERT_TRUE(primary.listen());
@@ -55,3 +147,6 @@ TEST(InstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArrives) {
     QCoreApplication::processEvents();
     EXPECT_EQ(messages.count(), 0);
 }
+#endif
+
+}  // namespace

@@ -28,7 +28,10 @@ std::optional<QString> AppServiceLoginItem::registerItem() {
     return failure(registered, error);
 }
 
+// With no item the system reports an error; LoginItem's contract calls that a success.
 std::optional<QString> AppServiceLoginItem::unregisterItem() {
+    const SMAppServiceStatus current = SMAppService.mainAppService.status;
+    if (current == SMAppServiceStatusNotRegistered || current == SMAppServiceStatusNotFound) return std::nullopt;
     NSError* error = nil;
     const BOOL unregistered = [SMAppService.mainAppService unregisterAndReturnError:&error];
     return failure(unregistered, error);

@@ -1,7 +1,7 @@
-// The macOS choices: the running-application handover, the reopen Apple event, secure input, activation.
+// The macOS choices: the message-port handover, the reopen Apple event, secure input, activation.
 #include "platform/PlatformServices.h"
 #include "platform/PrivateInstance.h"
-#include "platform/mac/RunningApplicationChannel.h"
+#include "platform/mac/MessagePortInstanceChannel.h"
 
 #import <AppKit/AppKit.h>
 #include <Carbon/Carbon.h>
@@ -28,10 +28,13 @@ std::function<void()>& reopenHandler() {
 
 namespace orvane {
 
-// A private instance's identifier is no bundle's: it never finds, nor is found by, another instance.
-std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>& messages) {
-    const QString bundleIdentifier = QString::fromNSString(NSBundle.mainBundle.bundleIdentifier);
-    return std::make_unique<RunningApplicationChannel>(forThisInstance(bundleIdentifier), messages);
+// The port's name is fixed, so an executable run outside its bundle is an instance too; a private
+// instance's port carries its name, and it activates no other application.
+std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>&) {
+    const QString bundleIdentifier =
+        privateInstanceName().isEmpty() ? QString::fromNSString(NSBundle.mainBundle.bundleIdentifier) : QString();
+    return std::make_unique<MessagePortInstanceChannel>(forThisInstance(QStringLiteral("com.user.Orvane")) + QStringLiteral(".instance"),
+                                                        bundleIdentifier);
 }
 
 // AppKit would hand the event to Qt's application delegate, which keeps it to itself: ours takes its place.
@@ -56,7 +59,12 @@ std::function<bool()> secureInputQuery() {
     return [] { return IsSecureEventInputEnabled() != 0; };
 }
 
-void activateApplication() { [NSApp activateIgnoringOtherApps:YES]; }
+// From macOS 14 an application can no longer take the front from the active one; it asks, and the
+// launch that handed over to it has yielded (MessagePortInstanceChannel::activateOtherInstance).
+void activateApplication() {
+    if (@available(macOS 14, *)) [NSApp activate];
+    else [NSApp activateIgnoringOtherApps:YES];
+}
 
 bool trayIconClickOpensMenu() { return true; }
 

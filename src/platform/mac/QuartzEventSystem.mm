@@ -1,5 +1,7 @@
 #include "platform/mac/QuartzEventSystem.h"
 
+#include "platform/Diagnostics.h"
+
 #import <AppKit/AppKit.h>
 #include <ApplicationServices/ApplicationServices.h>
 
@@ -28,8 +30,11 @@ static_assert(static_cast<CGEventField>(EventField::eventSourceUserData) == kCGE
 CGEventRef cg(const PlatformEvent* event) { return reinterpret_cast<CGEventRef>(const_cast<PlatformEvent*>(event)); }
 CFRunLoopSourceRef cf(const EventSystem::SourceHandle& source) { return reinterpret_cast<CFRunLoopSourceRef>(source.get()); }
 
+// The system disables a tap that was too slow or at the user's request, and tells the tap so: every
+// tap of ours (the interception's, the recorder's, the debugger's capture) runs on at once.
 CGEventRef forwardToCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void* info) {
     const auto* tap = static_cast<const EventTap*>(info);
+    if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) CGEventTapEnable(tap->port, true);
     return reinterpret_cast<CGEventRef>(tap->callback(type, reinterpret_cast<PlatformEvent*>(event), tap->userInfo));
 }
 
@@ -37,6 +42,13 @@ CGEventRef forwardToCallback(CGEventTapProxy, CGEventType type, CGEventRef event
 
 EventSystem::TapHandle QuartzEventSystem::createTap(TapLocation location, TapPlacement placement, TapOptions options,
                                                     std::uint64_t eventMask, TapCallback callback, void* userInfo) {
+    // A listen-only tap (the debugger's) sees keys only with the Input Monitoring permission, which
+    // Accessibility does not include: the system asks the user for it once; until then, say so.
+    if (options == TapOptions::listenOnly && !CGPreflightListenEventAccess()) {
+        CGRequestListenEventAccess();
+        diagnostics::printLine("Input Monitoring is not granted: the key event debugger sees no keys until Orvane is "
+                               "switched on in System Settings → Privacy & Security → Input Monitoring");
+    }
     auto tap = std::make_unique<EventTap>(EventTap{nullptr, callback, userInfo});
     tap->port = CGEventTapCreate(static_cast<CGEventTapLocation>(location), static_cast<CGEventTapPlacement>(placement),
                                  static_cast<CGEventTapOptions>(options), eventMask, &forwardToCallback, tap.get());
