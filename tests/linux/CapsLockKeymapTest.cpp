@@ -95,6 +95,6 @@ TEST(CapsLockKeymap, withoutKeyboardsTheMappingIsStillSetAndRecordedInAPrivateDi
     EXPECT_EQ(std::filesystem::status(state.parent_path()).permissions(), std::filesystem::perms::owner_all);
     std::ofstream(state) << "{\"capsLockTarget\":1";  // a torn file reads as no state at all
     EXPECT_FALSE(loadKeymapState(state).capsLockTarget);
-    EXPECT_FALSE(setCapsLockMapping(KEY_ESC, root / "missing" / "deeper" / "state.json", noDevices).ok);
+    EXPECT_FALSE(setCapsLockMapping(KEY_ESC, root / "missing" / "deeper" / "still" / "state.json", noDevices).ok);
     std::filesystem::remove_all(root);
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/CapsLockKeymap.h"
 
 #include <fcntl.h>
+#include <linux/input-event-codes.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -17,25 +18,67 @@ const ChangedKeyboard* find(const std::vector<ChangedKeyboard>& keyboards, const
     return found == keyboards.end() ? nullptr : &*found;
 }
 
-// One device (named `device` in the state) through planKeyboard: sets its key and appends the entry
-// to keep to `kept`.
-std::optional<std::string> stepDevice(int fd, const std::string& path, const std::string& device,
-                                      const std::vector<ChangedKeyboard>& known, std::optional<std::uint16_t> target,
-                                      std::vector<ChangedKeyboard>& kept) {
-    const auto current = capsLockEntry(fd);
-    if (!current) return std::nullopt;
-    const ChangedKeyboard* entry = find(known, device);
-    KeyboardStep step = planKeyboard(device, current->key, entry, target);
-    if (step.set && !setKeyForScancode(fd, current->scancode, *step.set)) {
-        const int failure = errno;
-        if (entry && current->key == entry->applied) kept.push_back(*entry);  // unchanged, still ours
-        return systemError("cannot change the keymap of " + path, failure);
+// One keyboard put through planKeyboard, its device still open.
+struct Plan {
+    UniqueFd fd;
+    std::string path;  // for error lines
+    std::string device;
+    CapsLockEntry entry;
+    std::optional<ChangedKeyboard> known;
+    KeyboardStep step;
+};
+
+std::optional<Plan> plan(UniqueFd fd, std::string path, const KeymapState& before, std::optional<std::uint16_t> target) {
+    const auto entry = capsLockEntry(fd.get());
+    if (!entry) return std::nullopt;
+    std::string device = keyboardIdentity(fd.get());
+    const ChangedKeyboard* known = find(before.keyboards, device);
+    KeyboardStep step = planKeyboard(device, entry->key, known, target);
+    if (step.keep) step.keep->scancode = entry->scancode;
+    return Plan{std::move(fd), std::move(path), std::move(device), *entry,
+                known ? std::optional<ChangedKeyboard>(*known) : std::nullopt, std::move(step)};
+}
+
+// Carries the plans out on top of `kept` (entries of keyboards not planned). Every keyboard about to
+// change is first recorded as changed while it may still give its old key, so that a run killed at
+// any point leaves no changed keyboard the record cannot restore; the record after the changes says
+// what each keyboard gives.
+void carryOut(std::vector<Plan>& plans, const std::filesystem::path& statePath, std::optional<std::uint16_t> target,
+              const std::vector<ChangedKeyboard>& kept, std::vector<std::string>& errors) {
+    KeymapState intent{target, kept}, after{target, kept};
+    for (const Plan& p : plans) {
+        if (p.step.set) {
+            const std::uint16_t original = p.step.keep ? p.step.keep->original : *p.step.set;  // a clear sets the original
+            intent.keyboards.push_back({p.device, original, *p.step.set, p.entry.scancode, p.entry.key});
+        } else if (p.step.keep) {
+            intent.keyboards.push_back(*p.step.keep);
+        }
     }
-    if (step.keep) {
-        step.keep->scancode = current->scancode;
-        kept.push_back(*step.keep);
+    const bool changing = std::any_of(plans.begin(), plans.end(), [](const Plan& p) { return p.step.set.has_value(); });
+    if (changing) {
+        if (auto error = saveKeymapState(statePath, intent)) {
+            errors.push_back(*error);  // no keymap changes before its change is on record
+            return;
+        }
     }
-    return std::nullopt;
+    for (const Plan& p : plans) {
+        if (p.step.set && !setKeyForScancode(p.fd.get(), p.entry.scancode, *p.step.set)) {
+            errors.push_back(systemError("cannot change the keymap of " + p.path, errno));
+            // Unchanged: still ours if it was.
+            if (p.known && (p.entry.key == p.known->applied || p.entry.key == p.known->replacing))
+                after.keyboards.push_back({p.device, p.known->original, p.entry.key, p.entry.scancode});
+            continue;
+        }
+        if (p.step.keep) after.keyboards.push_back(*p.step.keep);
+    }
+    if (auto error = saveKeymapState(statePath, after)) errors.push_back(*error);
+}
+
+KeymapResult resultOf(const std::vector<std::string>& errors) {
+    if (errors.empty()) return {};
+    std::string line = errors.front();
+    for (std::size_t i = 1; i < errors.size(); ++i) line += "; " + errors[i];
+    return {false, line};
 }
 
 }  // namespace
@@ -45,16 +88,18 @@ KeymapResult setCapsLockMapping(std::optional<std::uint16_t> target, const std::
     std::optional<UniqueFd> lock;
     if (auto error = prepareStateDirectory(statePath.parent_path())) return {false, *error};
     if (auto error = lockKeymapState(statePath, lock)) return {false, *error};
-    const KeymapState before = loadKeymapState(statePath);
+    std::string readError;
+    const auto before = readKeymapState(statePath, readError);
+    if (!before) return {false, readError};
 
     std::vector<std::string> errors;
-    KeymapState after{target, {}};
+    std::vector<Plan> plans;
     std::vector<std::string> seen;
     std::error_code listing;
     for (const auto& file : std::filesystem::directory_iterator(inputDirectory, listing)) {
         const std::string path = file.path().string();
         if (!file.path().filename().string().starts_with("event")) continue;
-        const UniqueFd device(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        UniqueFd device(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         if (device.get() < 0) {
             // Gone since the listing: nothing to change there.
             const int failure = errno;
@@ -63,22 +108,18 @@ KeymapResult setCapsLockMapping(std::optional<std::uint16_t> target, const std::
             continue;
         }
         seen.push_back(keyboardIdentity(device.get()));
-        if (auto error = stepDevice(device.get(), path, seen.back(), before.keyboards, target, after.keyboards))
-            errors.push_back(*error);
+        if (auto planned = plan(std::move(device), path, *before, target)) plans.push_back(std::move(*planned));
     }
     if (listing && listing != std::errc::no_such_file_or_directory)
         errors.push_back("cannot list " + inputDirectory.string() + ": " + listing.message());
     // Keyboards not seen are gone (a keyboard plugged in again starts from its own keymap), unless
     // some device could not be opened: it may be one of them.
+    std::vector<ChangedKeyboard> unseen;
     if (!errors.empty())
-        for (const auto& keyboard : before.keyboards)
-            if (std::find(seen.begin(), seen.end(), keyboard.device) == seen.end()) after.keyboards.push_back(keyboard);
-
-    if (auto error = saveKeymapState(statePath, after)) errors.push_back(*error);
-    if (errors.empty()) return {};
-    std::string line = errors.front();
-    for (std::size_t i = 1; i < errors.size(); ++i) line += "; " + errors[i];
-    return {false, line};
+        for (const auto& keyboard : before->keyboards)
+            if (std::find(seen.begin(), seen.end(), keyboard.device) == seen.end()) unseen.push_back(keyboard);
+    carryOut(plans, statePath, target, unseen, errors);
+    return resultOf(errors);
 }
 
 KeymapResult applyCapsLockMappingInForce(int fd, const std::filesystem::path& statePath) {
@@ -87,16 +128,19 @@ KeymapResult applyCapsLockMappingInForce(int fd, const std::filesystem::path& st
     if (!capsLockEntry(fd)) return {};
     std::optional<UniqueFd> lock;
     if (auto error = lockKeymapState(statePath, lock)) return {false, *error};
-    KeymapState state = loadKeymapState(statePath);
-    const std::string device = keyboardIdentity(fd);
-    std::vector<ChangedKeyboard> kept;
-    const auto error = stepDevice(fd, "the new keyboard", device, state.keyboards, state.capsLockTarget, kept);
-    const std::size_t before = state.keyboards.size();
-    std::erase_if(state.keyboards, [&](const ChangedKeyboard& keyboard) { return keyboard.device == device; });
-    if (kept.empty() && state.keyboards.size() == before) return {!error, error.value_or("")};
-    state.keyboards.insert(state.keyboards.end(), kept.begin(), kept.end());
-    if (auto saveError = saveKeymapState(statePath, state)) return {false, error ? *error + "; " + *saveError : *saveError};
-    return {!error, error.value_or("")};
+    std::string readError;
+    const auto state = readKeymapState(statePath, readError);
+    if (!state) return {false, readError};
+    auto planned = plan(UniqueFd(::dup(fd)), "the new keyboard", *state, state->capsLockTarget);
+    if (!planned || (!planned->step.set && planned->step.keep == (planned->known ? planned->known : std::nullopt)))
+        return {};  // nothing to change or to record
+    std::vector<ChangedKeyboard> others = state->keyboards;
+    std::erase_if(others, [&](const ChangedKeyboard& keyboard) { return keyboard.device == planned->device; });
+    std::vector<Plan> plans;
+    plans.push_back(std::move(*planned));
+    std::vector<std::string> errors;
+    carryOut(plans, statePath, state->capsLockTarget, others, errors);
+    return resultOf(errors);
 }
 
 }  // namespace orvane

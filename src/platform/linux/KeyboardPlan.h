@@ -10,7 +10,7 @@
 namespace orvane {
 
 // `current` is the key its Caps Lock scancode gives now, `known` the state's entry for it. A keyboard
-// is ours when it still gives what we applied; otherwise it is taken only while it gives
+// is ours when it still gives what we applied (or the key a change cut short was replacing); otherwise it is taken only while it gives
 // KEY_CAPSLOCK (one whose Caps Lock someone else remapped, e.g. a hwdb rule, is left alone). Gives
 // the key to set, if any, and the entry to keep, if any.
 struct KeyboardStep {

@@ -3,29 +3,63 @@
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 namespace orvane {
 namespace {
 
 using nlohmann::json;
 
+// A state names a handful of keyboards; anything much larger is not one.
+constexpr std::size_t maxStateBytes = 1 << 20;
+
 // Call with errno read right after the failing call.
 std::string systemError(const std::string& what, int error) { return what + ": " + std::strerror(error); }
 
 json encode(const KeymapState& state) {
     json keyboards = json::array();
-    for (const auto& keyboard : state.keyboards)
-        keyboards.push_back({{"device", keyboard.device}, {"scancode", keyboard.scancode}, {"original", keyboard.original},
-                             {"applied", keyboard.applied}});
+    for (const auto& keyboard : state.keyboards) {
+        json entry = {{"device", keyboard.device}, {"scancode", keyboard.scancode}, {"original", keyboard.original},
+                      {"applied", keyboard.applied}};
+        if (keyboard.replacing) entry["replacing"] = *keyboard.replacing;
+        keyboards.push_back(entry);
+    }
     return {{"capsLockTarget", state.capsLockTarget ? json(*state.capsLockTarget) : json(nullptr)}, {"keyboards", keyboards}};
+}
+
+KeymapState decode(const std::string& text) {
+    const json document = json::parse(text);
+    KeymapState state;
+    if (!document.at("capsLockTarget").is_null()) state.capsLockTarget = document.at("capsLockTarget").get<std::uint16_t>();
+    for (const json& keyboard : document.at("keyboards")) {
+        ChangedKeyboard entry{keyboard.at("device").get<std::string>(), keyboard.at("original").get<std::uint16_t>(),
+                              keyboard.at("applied").get<std::uint16_t>(), keyboard.value("scancode", hidCapsLockScancode)};
+        if (keyboard.contains("replacing")) entry.replacing = keyboard.at("replacing").get<std::uint16_t>();
+        state.keyboards.push_back(entry);
+    }
+    return state;
+}
+
+// Opens a file that must be a regular one without waiting on it or following a link.
+int openRegular(const std::string& path, int flags, std::string& error) {
+    const int fd = ::open(path.c_str(), flags | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        error = systemError("cannot open " + path, errno);
+        return -1;
+    }
+    struct stat status {};
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(fd);
+        error = path + " is not a regular file";
+        return -1;
+    }
+    return fd;
 }
 
 }  // namespace
@@ -33,55 +67,76 @@ json encode(const KeymapState& state) {
 std::filesystem::path defaultKeymapStatePath() {
     if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr && runtime[0] == '/')
         return std::filesystem::path(runtime) / "orvane-hidutil.json";
-    return std::filesystem::path("/tmp") / ("orvane-hidutil-" + std::to_string(::geteuid())) / "state.json";
+    std::filesystem::path cache;
+    if (const char* home = std::getenv("XDG_CACHE_HOME"); home != nullptr && home[0] == '/') cache = home;
+    else if (const char* user = std::getenv("HOME"); user != nullptr && user[0] == '/') cache = std::filesystem::path(user) / ".cache";
+    else if (const passwd* account = ::getpwuid(::geteuid()); account != nullptr && account->pw_dir) cache = std::filesystem::path(account->pw_dir) / ".cache";
+    return cache / "orvane-hidutil" / "state.json";
 }
 
-KeymapState loadKeymapState(const std::filesystem::path& statePath) {
-    std::ifstream file(statePath);
-    if (!file) return {};
-    std::stringstream text;
-    text << file.rdbuf();
+std::optional<KeymapState> readKeymapState(const std::filesystem::path& statePath, std::string& error) {
+    struct stat status {};
+    if (::lstat(statePath.c_str(), &status) != 0 && errno == ENOENT) return KeymapState{};
+    const UniqueFd file(openRegular(statePath.string(), O_RDONLY, error));
+    if (file.get() < 0) return std::nullopt;
+    std::string text;
+    char chunk[4096];
+    for (ssize_t got; (got = ::read(file.get(), chunk, sizeof chunk)) != 0;) {
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            error = systemError("cannot read " + statePath.string(), errno);
+            return std::nullopt;
+        }
+        text.append(chunk, static_cast<std::size_t>(got));
+        if (text.size() > maxStateBytes) break;
+    }
     try {
-        const json document = json::parse(text.str());
-        KeymapState state;
-        if (!document.at("capsLockTarget").is_null()) state.capsLockTarget = document.at("capsLockTarget").get<std::uint16_t>();
-        for (const json& keyboard : document.at("keyboards"))
-            state.keyboards.push_back({keyboard.at("device").get<std::string>(), keyboard.at("original").get<std::uint16_t>(),
-                                       keyboard.at("applied").get<std::uint16_t>(),
-                                       keyboard.value("scancode", hidCapsLockScancode)});
-        return state;
-    } catch (const json::exception&) {
-        return {};
+        if (text.size() > maxStateBytes) throw std::length_error("larger than 1 MiB");
+        return decode(text);
+    } catch (const std::exception& failure) {
+        error = "the state " + statePath.string() + " cannot be read (" + failure.what() + "); it is left as it is";
+        return std::nullopt;
     }
 }
 
+KeymapState loadKeymapState(const std::filesystem::path& statePath) {
+    std::string ignored;
+    return readKeymapState(statePath, ignored).value_or(KeymapState{});
+}
+
 std::optional<std::string> saveKeymapState(const std::filesystem::path& statePath, const KeymapState& state) {
-    const std::string temporary = statePath.string() + ".tmp";
+    std::string temporary = statePath.string() + ".XXXXXX";
     const std::string text = encode(state).dump() + '\n';
-    const UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    if (file.get() < 0) return systemError("cannot write " + temporary, errno);
-    if (::write(file.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size()) || ::fsync(file.get()) != 0)
-        return systemError("cannot write " + temporary, errno);
-    if (std::rename(temporary.c_str(), statePath.c_str()) != 0) return systemError("cannot replace " + statePath.string(), errno);
+    const UniqueFd file(::mkostemp(temporary.data(), O_CLOEXEC));  // a new file of its own, mode 0600
+    if (file.get() < 0) return systemError("cannot create a file beside " + statePath.string(), errno);
+    if (::write(file.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size()) || ::fsync(file.get()) != 0 ||
+        std::rename(temporary.c_str(), statePath.c_str()) != 0) {
+        const auto error = systemError("cannot write " + statePath.string(), errno);
+        ::unlink(temporary.c_str());
+        return error;
+    }
     return std::nullopt;
 }
 
 std::optional<std::string> prepareStateDirectory(const std::filesystem::path& directory) {
-    if (::mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST)
+    const auto make = [](const std::filesystem::path& path) { return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST; };
+    // The cache folder itself may be missing on a fresh account: it is made too, one level only.
+    if (!make(directory) && (errno != ENOENT || !make(directory.parent_path()) || !make(directory)))
         return systemError("cannot create " + directory.string(), errno);
     struct stat status {};
     if (::lstat(directory.c_str(), &status) != 0) return systemError("cannot read " + directory.string(), errno);
     if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid())
         return directory.string() + " is not a directory of this user's own";
+    if (status.st_mode & (S_IWGRP | S_IWOTH)) return directory.string() + " can be written by other users";
     return std::nullopt;
 }
 
 std::optional<std::string> lockKeymapState(const std::filesystem::path& statePath, std::optional<UniqueFd>& lock) {
-    const std::string lockPath = statePath.string() + ".lock";
-    lock.emplace(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (lock->get() < 0) return systemError("cannot open " + lockPath, errno);
+    std::string error;
+    lock.emplace(openRegular(statePath.string() + ".lock", O_RDWR | O_CREAT, error));
+    if (lock->get() < 0) return error;
     while (::flock(lock->get(), LOCK_EX) != 0)
-        if (errno != EINTR) return systemError("cannot lock " + lockPath, errno);
+        if (errno != EINTR) return systemError("cannot lock " + statePath.string() + ".lock", errno);
     return std::nullopt;
 }
 
