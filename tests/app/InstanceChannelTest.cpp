@@ -11,11 +11,7 @@
 
 using namespace orvane;
 
-namespace {
-
-QString uniqueName() { return QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::WithoutBraces); }
-
-}  // namespace
+static QString uniqueName() { return QStringLiteral("orvane-test-") + QUuid::createUuid().toString(QUuid::WithoutBraces); }
 
 TEST(InstanceChannel, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone) {
     const QString name = uniqueName();
@@ -25,9 +21,8 @@ TEST(InstanceChannel, oneClaimsTheOtherHandsOverToItAndClaimsOnceTheFirstIsGone)
     ASSERT_TRUE(first->listen());
     QSignalSpy messages(first.get(), &InstanceChannel::messageReceived);
 
-    EXPECT_FALSE(second.listen());
-    EXPECT_FALSE(second.postMessage(""));
-    EXPECT_FALSE(second.postMessage(QByteArray(InstanceChannel::maxMessageSize + 1, 'x')));
+    const QByteArray tooLong(InstanceChannel::maxMessageSize + 1, 'x');
+    EXPECT_FALSE(second.listen() || second.postMessage("") || second.postMessage(tooLong));
     const QByteArray longest(InstanceChannel::maxMessageSize, 'x');
     ASSERT_TRUE(second.postMessage(longest));
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.count() >= 1; }, 30000));
