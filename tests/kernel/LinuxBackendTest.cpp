@@ -231,9 +231,9 @@ TEST(RealBackendKilled, itsOutputDeviceGoesAwayWithTheKeysItHeld) {
     child.setProcessEnvironment(environment);
     child.start("/proc/self/exe", {"--gtest_filter=RealBackendProcess.*"});
     QByteArray output;
-    QTest::qWaitFor([&] { return (output += child.readAllStandardOutput()).contains("ready /dev/"); }, 30000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (output += child.readAllStandardOutput()).contains("ready /dev/"); }, 30000))
+        << output.toStdString();
     const int at = output.indexOf("ready ");
-    ASSERT_GE(at, 0) << output.toStdString();
     const std::string devnode = output.mid(at + 6).split('\n').front().toStdString();
     Reader applications(devnode);
     ASSERT_TRUE(applications.isOpen()) << devnode;
