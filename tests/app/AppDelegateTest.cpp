@@ -18,22 +18,16 @@ using namespace orvane::testing;
 
 namespace {
 
-class AppDelegateTest : public ::testing::Test, protected SimWorld {
-protected:
+struct AppDelegateTest : ::testing::Test, SimWorld {
     std::unique_ptr<DelegateUnderTest> app = std::make_unique<DelegateUnderTest>(*defaults, store, manager, accessibility);
 
     AppDelegate& delegate() { return app->delegate; }
     void launch() { delegate().applicationDidFinishLaunching(), settle(); }
-    FakeStatusBar::Item& item() {
-        if (!app->statusBar.current) throw std::runtime_error("no status item");
-        return *app->statusBar.current;
-    }
+    FakeStatusBar::Item& item() { return app->statusBar.current ? *app->statusBar.current : throw std::runtime_error("no item"); }
     // Triggers the status menu's first item, "Active" or "Inactive".
     void toggleFromTheMenu() { item().menu[0].trigger(), settle(); }
     long clearsRun() const {
-        const auto calls = tool.calls();
-        return std::count_if(calls.begin(), calls.end(),
-                             [](const QStringList& call) { return call.last() == HIDUtil::clearText(); });
+        return std::ranges::count_if(tool.calls(), [](const QStringList& call) { return call.last() == HIDUtil::clearText(); });
     }
 };
 
@@ -56,24 +50,18 @@ TEST_F(AppDelegateTest, trustedLaunchStartsTheTapChecksForUpdatesAndTheMenuFollo
     item().menuWillOpen();
     EXPECT_EQ(item().menu[0].title, "Active (2 mappings)");
     // Stopping elsewhere (the list window's switch) reaches icon and menu through the subscription.
-    manager.stop();
-    settle();
+    manager.stop(), settle();
     EXPECT_EQ(item().iconName, "keyboard");
     EXPECT_EQ(item().menu[0].title, "Inactive");
     EXPECT_EQ(item().menu[0].dotColor, QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText));
 }
 
 TEST_F(AppDelegateTest, untrustedLaunchAsksForPermissionAndStaysInactive) {
-    accessibility.setTrusted(false);
-    app->alerts.answer = AlertPresenter::firstButtonResponse;
+    accessibility.setTrusted(false), app->alerts.answer = AlertPresenter::firstButtonResponse;
     launch();
-    EXPECT_FALSE(manager.isRunning());
-    EXPECT_EQ(accessibility.prompts(), 1);
+    EXPECT_TRUE(!manager.isRunning() && accessibility.prompts() == 1);
     ASSERT_EQ(app->alerts.shown.size(), 1u);
-    const auto& alert = app->alerts.shown[0];
-    EXPECT_EQ(alert.style, AlertPresenter::Alert::Style::warning);
-    EXPECT_EQ(alert.message, "Accessibility Permission Required");
-    EXPECT_EQ(alert.buttons, (QStringList{"Open System Settings", "Later"}));
+    EXPECT_EQ(summary(app->alerts.shown[0]), "warning: Accessibility Permission Required [Open System Settings|Later]");
     EXPECT_EQ(app->urls.opened,
               std::vector<QUrl>{QUrl("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility")});
     EXPECT_EQ(item().menu[0].title, "Inactive");  // the icon: see the stopped tap in the trusted launch
@@ -92,17 +80,14 @@ TEST_F(AppDelegateTest, theFirstItemTogglesInterceptionAndAsksForPermissionWitho
     toggleFromTheMenu();
     accessibility.setTrusted(false);
     toggleFromTheMenu();
-    EXPECT_FALSE(manager.isRunning());
-    EXPECT_EQ(accessibility.prompts(), 1);  // the alert: see the untrusted launch
+    EXPECT_TRUE(!manager.isRunning() && accessibility.prompts() == 1);  // the alert: see the untrusted launch
 }
 
 TEST_F(AppDelegateTest, theItemFollowsTheShowMenuIconSetting) {
     launch();
-    defaults->setBool(AppDelegate::showMenuIconKey, false);
-    settle();
+    defaults->setBool(AppDelegate::showMenuIconKey, false), settle();
     EXPECT_EQ(app->statusBar.current, nullptr);
-    defaults->setBool(AppDelegate::showMenuIconKey, true);
-    settle();
+    defaults->setBool(AppDelegate::showMenuIconKey, true), settle();
     ASSERT_EQ(app->statusBar.created, 2);
     EXPECT_EQ(item().iconName, "keyboard.fill");
     EXPECT_EQ(item().menu[0].title, "Active (0 mappings)");
@@ -122,20 +107,16 @@ TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTh
     EXPECT_EQ(AppDelegate::openConfigurationMessage(), "com.user.Orvane-x.OpenConfig");
     qunsetenv("ORVANE_INSTANCE");
     // A later launch's message opens the configuration window; other messages are ignored.
-    emit app->channel.messageReceived("com.user.Orvane.Other");
-    settle();
+    emit app->channel.messageReceived("com.user.Orvane.Other"), settle();
     EXPECT_FALSE(delegate().configWindow());
-    emit app->channel.messageReceived("com.user.Orvane.OpenConfig");
-    settle();
+    emit app->channel.messageReceived("com.user.Orvane.OpenConfig"), settle();
     HostedWindow* config = delegate().configWindow();
     ASSERT_TRUE(config);
     EXPECT_EQ(config->view().title(), "Orvane");
-    config->view().close();
-    settle();
+    config->view().close(), settle();
     EXPECT_FALSE(config->isVisible());
     delegate().openConfiguration();
-    EXPECT_EQ(delegate().configWindow(), config);
-    EXPECT_TRUE(config->isVisible());
+    EXPECT_TRUE(delegate().configWindow() == config && config->isVisible());
     EXPECT_EQ(app->activations, 2);  // the application comes to the front with each opening
     delegate().openDebug();
     ASSERT_TRUE(delegate().debugWindow());
@@ -212,15 +193,12 @@ TEST_F(AppDelegateTest, secureInputIsADisabledLineUnderTheStateOnlyWhileIntercep
 TEST_F(AppDelegateTest, aResetHIDLayerGetsCapsLockBackOnlyWhileInterceptionRuns) {
     store.setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
     launch();
-    const auto runs = [&] { return tool.calls().size(); };
-    const auto before = runs();
-    delegate().hidLayerWasReset();
-    settle();
-    ASSERT_EQ(runs(), before + 1);
+    const auto before = tool.calls().size();
+    delegate().hidLayerWasReset(), settle();
+    ASSERT_EQ(tool.calls().size(), before + 1);
     EXPECT_NE(tool.calls().back().last(), HIDUtil::clearText());
     toggleFromTheMenu();
-    const auto stopped = runs();
-    delegate().hidLayerWasReset();
-    settle();
-    EXPECT_EQ(runs(), stopped);
+    const auto stopped = tool.calls().size();
+    delegate().hidLayerWasReset(), settle();
+    EXPECT_EQ(tool.calls().size(), stopped);
 }

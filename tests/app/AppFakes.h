@@ -17,6 +17,12 @@ struct ScriptedAlertPresenter : AlertPresenter {
     int present(const Alert& alert) override { return shown.push_back(alert), answer; }
 };
 
+// An alert's style, message and buttons: "warning: Message [First|Second]".
+inline std::string summary(const AlertPresenter::Alert& alert) {
+    const QString style = alert.style == AlertPresenter::Alert::Style::warning ? "warning" : "informational";
+    return QStringLiteral("%1: %2 [%3]").arg(style, alert.message, alert.buttons.join('|')).toStdString();
+}
+
 struct RecordingUrlOpener : UrlOpener {
     std::vector<QUrl> opened;
     bool open(const QUrl& url) override { return opened.push_back(url), true; }
@@ -33,10 +39,7 @@ struct LoneInstanceChannel : InstanceChannel {
 class FakeStatusBar : public StatusBar {
 public:
     struct Item : StatusItem {
-        explicit Item(FakeStatusBar& bar) : bar(bar) {
-            bar.current = this;
-            ++bar.created;
-        }
+        explicit Item(FakeStatusBar& bar) : bar(bar) { bar.current = this, ++bar.created; }
         ~Item() override { bar.current = bar.current == this ? nullptr : bar.current; }
         void setIcon(const QString& name, const QString&) override { iconName = name; }
         void setMenu(const std::vector<StatusMenuItem>& items) override { menu = items; }

@@ -26,8 +26,7 @@ struct DelegateUnderTest {
     FakeStatusBar statusBar;
     LoneInstanceChannel channel;
     WindowHost windows;
-    int quitRequests = 0;
-    int activations = 0;
+    int quitRequests = 0, activations = 0;
     bool secureInput = false;  // the platform's secure input state
     AppDelegate delegate;
 };

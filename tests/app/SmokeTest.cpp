@@ -16,8 +16,7 @@
 #include <csignal>
 #include <sys/stat.h>
 
-class Smoke : public ::testing::Test {
-protected:
+struct Smoke : ::testing::Test {
     QTemporaryDir config;
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
@@ -39,17 +38,13 @@ protected:
         environment.insert("ORVANE_HIDUTIL", tool.path());
         environment.insert("ORVANE_INSTANCE", name);
         process.setProcessEnvironment(environment);
-        if (underNohup) process.start(QStringLiteral("nohup"), {ORVANE_BINARY});
-        else process.start(ORVANE_BINARY, {});
+        underNohup ? process.start(QStringLiteral("nohup"), {ORVANE_BINARY}) : process.start(ORVANE_BINARY, {});
     }
     // Reads standard output until the start-up line shows or the process ends.
     static bool startsUp(QProcess& process, QByteArray& output) {
-        for (int i = 0; i < 1200 && !output.contains("Event tap started successfully"); ++i) {
-            process.waitForReadyRead(100);
-            output += process.readAllStandardOutput();
-            if (process.state() == QProcess::NotRunning) break;
-        }
-        return output.contains("Event tap started successfully");
+        const QByteArray line = "Event tap started successfully";
+        const auto started = [&] { return (output += process.readAllStandardOutput()).contains(line); };
+        return QTest::qWaitFor([&] { return started() || process.state() == QProcess::NotRunning; }, 120000) && started();
     }
     static bool quitsInOrder(QProcess& process) {
         process.terminate();

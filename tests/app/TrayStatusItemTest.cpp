@@ -1,4 +1,5 @@
 // The tray item's menu and icon as drawn and used: its shortcuts while open, its state dot, its ink.
+#include "Files.h"
 #include "app/PanelIcon.h"
 #include "app/TrayStatusItem.h"
 
@@ -12,11 +13,9 @@
 
 using namespace orvane;
 
-namespace {
-bool inked(QColor pixel, QColor background) {
+static bool inked(QColor pixel, QColor background) {
     return std::abs(pixel.lightness() - background.lightness()) + std::abs(pixel.hue() - background.hue()) > 40;
 }
-}  // namespace
 
 TEST(TrayStatusItem, eachShortcutTypedInTheOpenMenuActsAndClosesIt) {
     TrayStatusItem tray(true);
@@ -25,8 +24,7 @@ TEST(TrayStatusItem, eachShortcutTypedInTheOpenMenuActsAndClosesIt) {
     for (const Qt::Key key : {Qt::Key_Comma, Qt::Key_D, Qt::Key_Q}) {
         tray.menu().popup(QPoint(40, 40));
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&tray.menu()));
-        QTest::keyClick(tray.menu().windowHandle(), key, Qt::ControlModifier);
-        QCoreApplication::processEvents();
+        QTest::keyClick(tray.menu().windowHandle(), key, Qt::ControlModifier), QCoreApplication::processEvents();
         EXPECT_FALSE(tray.menu().isVisible()) << key;
     }
     EXPECT_TRUE(counts[0] == 1 && counts[1] == 1 && counts[2] == 1) << counts[0] << counts[1] << counts[2];
@@ -56,10 +54,8 @@ TEST(TrayStatusItem, theStoppedDotIsDrawnAsARingAndTheRunningOneAsADisc) {
 TEST(TrayStatusItem, thePanelIconIsTheThemesSymbolicIconElseOursInkedAgainstThePanelOrPalette) {
     QTemporaryDir themes;
     QDir(themes.path()).mkpath("plain/scalable");
-    QFile index(themes.filePath("plain/index.theme"));
-    ASSERT_TRUE(index.open(QIODevice::WriteOnly));
-    index.write("[Icon Theme]\nName=plain\nDirectories=scalable\n[scalable]\nSize=16\nType=Scalable\nMaxSize=256\n");
-    index.close();
+    const QByteArray theme = "[Icon Theme]\nName=plain\nDirectories=scalable\n[scalable]\nSize=16\nType=Scalable\nMaxSize=256\n";
+    ASSERT_TRUE(orvane::testing::writeFile(themes.filePath("plain/index.theme"), theme));
     ASSERT_TRUE(QFile::copy(":/icons/keyboard.svg", themes.filePath("plain/scalable/input-keyboard-symbolic.svg")));
     QIcon::setThemeSearchPaths({themes.path()});
     QIcon::setThemeName("plain");

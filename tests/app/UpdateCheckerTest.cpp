@@ -30,8 +30,7 @@ const QByteArray newerDocument =
 
 // Counts the requests it is asked to send, and finished replies; never uses a proxy; trusts alsoTrusted too.
 struct CountingNetwork : QNetworkAccessManager {
-    int requests = 0;
-    int finishedReplies = 0;
+    int requests = 0, finishedReplies = 0;
     int transferTimeout = 0;  // the last request's
     QList<QSslCertificate> alsoTrusted;
     CountingNetwork() {
@@ -114,10 +113,7 @@ struct UpdateCheckerTest : ::testing::Test {
 
 TEST(VersionComparison, componentsKeepOnlyPiecesThatAreWholeDecimalIntegers) {
     const std::pair<const char*, std::vector<std::int64_t>> cases[] = {
-        {"1.4.2", {1, 4, 2}},
-        {"1.2beta.3", {1, 3}},
-        {"+7.-3.+.-.+-1", {7, -3}},
-        {" 1.2 .0x10.1e3", {}},
+        {"1.4.2", {1, 4, 2}}, {"1.2beta.3", {1, 3}}, {"+7.-3.+.-.+-1", {7, -3}}, {" 1.2 .0x10.1e3", {}},
         {"9223372036854775807.9223372036854775808.-9223372036854775808", {INT64_MAX, INT64_MIN}},
     };
     for (const auto& [version, components] : cases) EXPECT_EQ(versionComponents(version), components) << version;
@@ -132,13 +128,8 @@ TEST(VersionComparison, buildTextThatIsNoIntegerReadsAsZero) {
 TEST(VersionComparison, newerIsDecidedPerComponentThenByBuild) {
     // Remote version and build, running version and build, and whether the remote one is newer.
     const std::tuple<const char*, std::int64_t, const char*, std::int64_t, bool> cases[] = {
-        {"1.10", 1, "1.9", 99, true},
-        {"1.2", 5, "1.2.0", 4, true},
-        {"1.2", 5, "1.2", 5, false},
-        {"1.2.1", 0, "1.2", 9, true},
-        {"1.99", 9, "2.0", 0, false},
-        {"", 1, "", 0, true},
-        {"1.-1", 9, "1", 0, false},
+        {"1.10", 1, "1.9", 99, true}, {"1.2", 5, "1.2.0", 4, true}, {"1.2", 5, "1.2", 5, false}, {"1.2.1", 0, "1.2", 9, true},
+        {"1.99", 9, "2.0", 0, false}, {"", 1, "", 0, true}, {"1.-1", 9, "1", 0, false},
     };
     for (const auto& [remote, remoteBuild, current, currentBuild, newer] : cases)
         EXPECT_EQ(isNewerVersion(remote, remoteBuild, current, currentBuild), newer)
@@ -156,8 +147,7 @@ TEST_F(UpdateCheckerTest, theFirstCheckHearsOnlyAServerReachedAndTrustedThenChec
     };
     for (const auto& [url, trusted, announced] : cases) {
         SCOPED_TRACE(url.toStdString() + (trusted ? " trusted" : ""));
-        defaults->remove(UpdateChecker::lastCheckKey);
-        alerts.shown.clear(), requestLines.clear();
+        defaults->remove(UpdateChecker::lastCheckKey), alerts.shown.clear(), requestLines.clear();
         network.clearConnectionCache();  // a kept connection would keep the trust it was opened with
         network.alsoTrusted = trusted ? QList{secureServer.sslConfiguration().localCertificate()} : QList<QSslCertificate>{};
         const auto checker = makeChecker(QUrl(url));
@@ -168,9 +158,7 @@ TEST_F(UpdateCheckerTest, theFirstCheckHearsOnlyAServerReachedAndTrustedThenChec
         EXPECT_EQ(requestLines, announced ? QList<QByteArray>{"GET /version.json HTTP/1.1"} : QList<QByteArray>{});
         ASSERT_EQ(alerts.shown.size(), announced ? 1u : 0u);
         if (!announced) continue;
-        EXPECT_EQ(alerts.shown[0].style, AlertPresenter::Alert::Style::informational);
-        EXPECT_EQ(alerts.shown[0].message, "Update Available");
-        EXPECT_EQ(alerts.shown[0].buttons, (QStringList{"Download", "Later"}));
+        EXPECT_EQ(summary(alerts.shown[0]), "informational: Update Available [Download|Later]");
     }
 
     // Seconds since the stored check, and whether a check runs: a future or infinite time is damage, not a check.
@@ -202,8 +190,7 @@ TEST_F(UpdateCheckerTest, onlyADecodableNewerDocumentIsAnnouncedWhateverTheStatu
     const auto checker = makeChecker();
     for (const auto& [code, document, announced] : cases) {
         SCOPED_TRACE(document.left(120).toStdString());
-        alerts.shown.clear();
-        status = code, body = document;
+        alerts.shown.clear(), status = code, body = document;
         checker->fetchVersionInfo();
         settle();
         EXPECT_EQ(alerts.shown.size(), announced ? 1u : 0u);
@@ -230,8 +217,7 @@ TEST_F(UpdateCheckerTest, downloadOpensTheDownloadUrlWhenItIsOne) {
     const auto checker = makeChecker();
     for (const auto& [answer, downloadURL, opens] : cases) {
         SCOPED_TRACE(downloadURL.toStdString());
-        opener.opened.clear();
-        alerts.answer = answer;
+        opener.opened.clear(), alerts.answer = answer;
         checker->showUpdateAlert({"1.3", 1, downloadURL, "Notes"});
         EXPECT_EQ(opener.opened, opens ? std::vector<QUrl>{QUrl(downloadURL)} : std::vector<QUrl>{});
     }

@@ -2,9 +2,9 @@
 // typed keys, what they print and the debugger's capture: the scenario files.
 #include "Mappings.h"
 #include "OutputText.h"
+#include "PrintedLines.h"
 #include "SimWorld.h"
 #include "interception/KeyRecordingSession.h"
-#include "platform/Diagnostics.h"
 
 #include <gtest/gtest.h>
 
@@ -21,35 +21,19 @@ PlatformEvent key(std::uint32_t type, KeyCode code, std::uint64_t flags = 0) {
     return {.type = type, .keyCode = static_cast<std::uint16_t>(rawValue(code)), .flags = flags, .systemDefined = std::nullopt};
 }
 
-class InterceptionTest : public ::testing::Test, protected SimWorld {
-protected:
-    std::vector<std::string> lines;
+struct InterceptionTest : ::testing::Test, SimWorld {
+    PrintedLines lines;
 
-    InterceptionTest() { diagnostics::redirectTo(&lines); }
-    ~InterceptionTest() override { diagnostics::redirectTo(nullptr); }
-    void use(std::vector<KeyMapping> mappings) {
-        store.setMappings(std::move(mappings));
-        settle();
-    }
+    void use(std::vector<KeyMapping> mappings) { store.setMappings(std::move(mappings)), settle(); }
     // Types one event and returns what applications received because of it, in the simulator's
-    // words ("keyDown 11 flags=0x120000 synthetic").
-    Texts type(const PlatformEvent& event) {
-        events.inject(event);
-        Texts texts;
-        for (const auto& delivered : events.takeDelivered()) texts.push_back(sim::describeEvent(delivered));
-        return texts;
-    }
+    // words ("keyDown 11 flags=0x120000 synthetic ; ...", "-" for nothing).
+    std::string type(const PlatformEvent& event) { return events.inject(event), sim::describeDelivered(events.takeDelivered()); }
 };
 using EventTapManagerTest = InterceptionTest;
 
-class KeyRecorderTest : public InterceptionTest {
-protected:
+struct KeyRecorderTest : InterceptionTest {
     KeyRecordingSession field{events, manager};
-    std::vector<RecordedKey> reported;
-
-    KeyRecorderTest() {
-        QObject::connect(&field, &KeyRecordingSession::keyRecorded, [this](const RecordedKey& key) { reported.push_back(key); });
-    }
+    QSignalSpy reported{&field, &KeyRecordingSession::keyRecorded};
 };
 
 }  // namespace
@@ -59,8 +43,7 @@ protected:
 TEST_F(EventTapManagerTest, startIsIdempotentAndStopClearsTheHidLayerButKeepsTheFlags) {
     QSignalSpy running(&manager, &EventTapManager::isRunningChanged);
     use({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
-    EXPECT_TRUE(manager.start());
-    EXPECT_TRUE(manager.start());
+    EXPECT_TRUE(manager.start() && manager.start());
     settle();
     EXPECT_EQ(running.count(), 1);
     EXPECT_EQ(events.activeTapCount(), 1);
@@ -76,12 +59,11 @@ TEST_F(EventTapManagerTest, stopClearsAfterTheQueuedDecisionsWhileTheEventLoopTu
     tool.setDelay("0.3");
     manager.start();
     store.setMappings({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::tab))});
-    int ticks = 0;
     QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+    QSignalSpy ticks(&ticker, &QTimer::timeout);
     ticker.start(20);
     manager.stop();
-    EXPECT_GT(ticks, 0);
+    EXPECT_GT(ticks.count(), 0);
     EXPECT_EQ(tool.calls().back().last(), HIDUtil::clearText());
     const Texts last(lines.end() - 4, lines.end());
     EXPECT_EQ(last, (Texts{"HIDUtil: Remapped Caps Lock → Tab at HID layer", "MappingStore: Using direct HID mapping for Caps Lock → Tab",
@@ -98,73 +80,62 @@ TEST_F(EventTapManagerTest, startFailuresPublishTheirReason) {
     EXPECT_EQ(tool.calls().size(), runs);  // no decision queued
     EXPECT_TRUE(lines.empty());
 
-    accessibility.setTrusted(true);
-    events.setSourceCreationFails(true);
+    accessibility.setTrusted(true), events.setSourceCreationFails(true);
     EXPECT_FALSE(manager.start());
     EXPECT_EQ(manager.lastErrorText(), "Failed to create run loop source");
-    EXPECT_EQ(events.activeTapCount(), 0);
-    EXPECT_EQ(manager.eventTap(), nullptr);
+    EXPECT_TRUE(events.activeTapCount() == 0 && !manager.eventTap());
 
     events.setSourceCreationFails(false);
-    EXPECT_TRUE(manager.start());
-    EXPECT_FALSE(manager.lastError().has_value());
+    EXPECT_TRUE(manager.start() && !manager.lastError().has_value());
     EXPECT_EQ(errors.count(), 3);
 }
 
 TEST_F(EventTapManagerTest, aFailedCreationIsReportedAndTheRestStillPosted) {
     use({mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
-    manager.start();
-    settle();
+    manager.start(), settle();
     store.setCapsLockHIDState(false, false);
     lines.clear();
     events.failNextKeyboardEventCreations(1);
-    EXPECT_EQ(type(key(12, KeyCode::capsLock, 0x10000)), Texts{"keyUp 53 flags=0x0 synthetic"});
+    EXPECT_EQ(type(key(12, KeyCode::capsLock, 0x10000)), "keyUp 53 flags=0x0 synthetic");
     EXPECT_EQ(lines, Texts{"Failed to create keyboard event for keycode 53"});
     events.failNextKeyboardEventCreations(2);
-    EXPECT_EQ(type(key(12, KeyCode::capsLock)), Texts{});  // still swallowed
+    EXPECT_EQ(type(key(12, KeyCode::capsLock)), "-");  // still swallowed
 }
 
 TEST_F(EventTapManagerTest, mappingChangesApplyToTheNextEvent) {
-    manager.start();
-    settle();
-    EXPECT_EQ(type(key(10, KeyCode::a)), Texts{"keyDown 0 flags=0x0"});
+    manager.start(), settle();
+    EXPECT_EQ(type(key(10, KeyCode::a)), "keyDown 0 flags=0x0");
     store.addMapping(mapping(KeyCode::a, TargetAction::block()));
-    EXPECT_EQ(type(key(10, KeyCode::a)), Texts{});
+    EXPECT_EQ(type(key(10, KeyCode::a)), "-");
     store.toggleMapping(store.mappings().back().id);
-    EXPECT_EQ(type(key(10, KeyCode::a)), Texts{"keyDown 0 flags=0x0"});
+    EXPECT_EQ(type(key(10, KeyCode::a)), "keyDown 0 flags=0x0");
 }
 
 // A slow tool keeps the pause's clear waiting, and the window closes meanwhile.
 TEST_F(KeyRecorderTest, aRecordingEndedWhileThePauseWaitsForTheToolResumesTheTap) {
-    manager.start();
-    settle();
+    manager.start(), settle();
     tool.setDelay("0.3");
     QTimer::singleShot(50, &field, [this] { field.stopRecording(); });
     field.startRecording();
-    EXPECT_FALSE(field.isRecording());
-    EXPECT_TRUE(manager.isRunning());
+    EXPECT_TRUE(!field.isRecording() && manager.isRunning());
     EXPECT_EQ(events.activeTapCount(), 1);  // the main tap, and no recorder tap left behind
 }
 
 TEST_F(KeyRecorderTest, withoutPermissionItWaitsForCancelWhichRestoresTheMainTap) {
-    manager.start();
-    settle();
+    manager.start(), settle();
     accessibility.setTrusted(false);
     field.startRecording();  // what it prints: see the scenario files
-    EXPECT_TRUE(field.isRecording());
-    EXPECT_FALSE(manager.isRunning());
+    EXPECT_TRUE(field.isRecording() && !manager.isRunning());
     accessibility.setTrusted(true);
     field.stopRecording();
-    EXPECT_TRUE(manager.isRunning());
-    EXPECT_FALSE(field.isRecording());
+    EXPECT_TRUE(!field.isRecording() && manager.isRunning());
 }
 
 TEST_F(KeyRecorderTest, keysTypedBeforeTheDeferredStopAreAppliedInOrderAndTheLastWins) {
     field.startRecording();
-    type(key(10, KeyCode::a));
-    type(key(10, KeyCode::b));
+    for (const KeyCode typed : {KeyCode::a, KeyCode::b}) type(key(10, typed));
     settle();
-    ASSERT_EQ(reported.size(), 2u);
+    ASSERT_EQ(reported.count(), 2);
     EXPECT_EQ(field.recordedKey()->sourceKey, SourceKey::regular(KeyCode::b));
     EXPECT_FALSE(field.isRecording());
 }

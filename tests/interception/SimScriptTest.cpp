@@ -27,13 +27,10 @@ TEST(SimScript, readsEveryKindOfLine) {
 
 TEST(SimScript, reportsTheFirstMalformedLine) {
     const char* malformed[] = {
-        "keyDown 65536",         "keyDown capslock",       "keyDown",
-        "keyDown a flags=12",    "keyDown a flags=0x",     "keyDown a flags=0x1FFFFFFFFFFFFFFFF",
-        "keyDown a extra",       "keyDown a flags=0x1 flags=0x2", "flagsChanged a",
-        "keyUp a userData=x",    "systemDefined data1=12", "systemDefined subtype=40000",
-        "event 10",              "event 11",               "event 12",
-        "event 14",              "event",                  "event -1",
-        "stop now",              "record keys",            "pressKey a",
+        "keyDown 65536", "keyDown capslock", "keyDown", "keyDown a flags=12", "keyDown a flags=0x",
+        "keyDown a flags=0x1FFFFFFFFFFFFFFFF", "keyDown a extra", "keyDown a flags=0x1 flags=0x2", "flagsChanged a",
+        "keyUp a userData=x", "systemDefined data1=12", "systemDefined subtype=40000", "event 10", "event 11", "event 12",
+        "event 14", "event", "event -1", "stop now", "record keys", "pressKey a",
     };
     for (const char* line : malformed) {
         const auto parsed = parseScript(std::string("keyDown a\n\n") + line + "\nkeyDown b\n");

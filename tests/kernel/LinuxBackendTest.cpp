@@ -2,9 +2,10 @@
 // output device read back as applications read it. Runs through kernel-vm.sh; skips anywhere else.
 #include "EvdevSupport.h"
 #include "FakeHidutil.h"
+#include "Mappings.h"
+#include "PrintedLines.h"
 #include "interception/EventTapManager.h"
 #include "interception/KeyRecorder.h"
-#include "platform/Diagnostics.h"
 #include "platform/linux/EvdevKeyboards.h"
 #include "platform/linux/LinuxEventSystem.h"
 #include "platform/linux/UinputKeyboard.h"
@@ -16,16 +17,18 @@
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 
 #include <algorithm>
 #include <cerrno>
-
+#include <utility>
 #include <vector>
 
 using namespace orvane;
+using namespace orvane::testing;
 
 namespace {
 
@@ -51,10 +54,7 @@ public:
             libevdev_uinput_write_event(device_, EV_SYN, SYN_REPORT, 0);
         }
     }
-    void unplug() {
-        if (device_) libevdev_uinput_destroy(device_);
-        device_ = nullptr;
-    }
+    void unplug() { if (device_) libevdev_uinput_destroy(std::exchange(device_, nullptr)); }
 
 private:
     libevdev_uinput* device_ = nullptr;
@@ -86,30 +86,12 @@ public:
         return keys;
     }
     // Whether reading the device failed because it went away.
-    bool isGone() {
-        keys(1);
-        return gone_;
-    }
+    bool isGone() { return keys(1), gone_; }
 
 private:
     kerneltest::Evdev device_;
     bool gone_ = false;
 };
-
-void pump(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
-std::vector<KeyMapping> testMappings() {
-    return {
-        {Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true},
-        {Uuid::random(), SourceKey::regular(KeyCode::f1), TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true},
-        {Uuid::random(), SourceKey::regular(KeyCode::q), TargetAction::block(), true},
-        {Uuid::random(), SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f13), true},
-    };
-}
 
 bool inKernelMachine() { return std::getenv("ORVANE_KERNEL_VM") && ::access("/dev/uinput", W_OK) == 0; }
 
@@ -124,31 +106,26 @@ struct Backend {
     EventTapManager manager{events, store};
 
     Backend(const QString& hidTool, std::vector<KeyMapping> mappings) : store(*defaults, HIDUtil(hidTool)) {
-        store.setMappings(std::move(mappings));
-        store.waitForCapsLockDecisions();
+        store.setMappings(std::move(mappings)), store.waitForCapsLockDecisions();
     }
 };
 
-class RealBackend : public ::testing::Test {
-protected:
-    std::vector<std::string> lines;
-    orvane::testing::FakeHidutil tool;
+struct RealBackend : ::testing::Test {
+    PrintedLines lines;
+    FakeHidutil tool;
     std::unique_ptr<PhysicalKeyboard> keyboard;
     std::unique_ptr<Backend> backend;
     std::unique_ptr<Reader> applications;
 
     void SetUp() override {
         if (!inKernelMachine()) GTEST_SKIP() << "needs the kernel machine of tools/kernel-vm";
-        diagnostics::redirectTo(&lines);
         keyboard = std::make_unique<PhysicalKeyboard>("Test keyboard");
         ASSERT_TRUE(keyboard->exists());
-        use(tool.path(), testMappings());
+        use(tool.path(), oneOfEachKind());
     }
-    void TearDown() override { diagnostics::redirectTo(nullptr); }
     // A new backend (a new output device) in place of the running one.
     void use(const QString& hidTool, std::vector<KeyMapping> mappings) {
-        applications.reset();
-        backend.reset();
+        applications.reset(), backend.reset();
         backend = std::make_unique<Backend>(hidTool, std::move(mappings));
         ASSERT_TRUE(backend->output.isCreated());
         applications = std::make_unique<Reader>(backend->output.devnode());
@@ -185,7 +162,7 @@ TEST_F(RealBackend, aKeyboardPluggedInLaterIsInterceptedAndUnpluggingItReleasesI
     ASSERT_TRUE(manager().start());
     PhysicalKeyboard second("Second test keyboard");
     ASSERT_TRUE(second.exists());
-    pump(1000);  // the hot-plug announcement
+    QTest::qWait(1000);  // the hot-plug announcement
     second.type({{KEY_A, 1}});
     EXPECT_EQ(applications->keys(1), (Keys{{KEY_B, 1}}));
     second.unplug();
@@ -211,8 +188,8 @@ TEST_F(RealBackend, capsLockOnAUsbKeyboardThroughTheHidTool) {
     const char* hidTool = std::getenv("ORVANE_HIDUTIL");
     if (!hidTool) GTEST_SKIP() << "needs ORVANE_HIDUTIL";
     ASSERT_TRUE(kerneltest::findUsbKeyboard());
-    pump(500);  // the keyboard may have come after the start: its hot-plug announcement
-    use(QString::fromLocal8Bit(hidTool), {{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true}});
+    QTest::qWait(500);  // the keyboard may have come after the start: its hot-plug announcement
+    use(QString::fromLocal8Bit(hidTool), {mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape))});
     const auto pressCapsLock = [&](std::size_t expected) {
         kerneltest::askHostTo("press", "caps_lock");
         kerneltest::askHostTo("release", "caps_lock");
@@ -222,10 +199,10 @@ TEST_F(RealBackend, capsLockOnAUsbKeyboardThroughTheHidTool) {
     backend->store.waitForCapsLockDecisions();
     EXPECT_EQ(pressCapsLock(2), (Keys{{KEY_ESC, 1}, {KEY_ESC, 0}}));
 
-    backend->store.setMappings({{Uuid::random(), SourceKey::regular(KeyCode::capsLock),
-                                 TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true}});
+    backend->store.setMappings(
+        {mapping(KeyCode::capsLock, TargetAction::combination(KeyCode::k, {.command = true, .shift = true}))});
     backend->store.waitForCapsLockDecisions();
-    pump(200);
+    QTest::qWait(200);
     EXPECT_EQ(pressCapsLock(6), (Keys{{KEY_LEFTSHIFT, 1}, {KEY_LEFTMETA, 1}, {KEY_K, 1}, {KEY_K, 0}, {KEY_LEFTSHIFT, 0}, {KEY_LEFTMETA, 0}}));
     manager().stop();  // Caps Lock is itself again, and the keyboard reaches applications directly
     EXPECT_TRUE(std::count(lines.begin(), lines.end(), "HIDUtil: Cleared HID remapping, Caps Lock restored")) << lines.size();
@@ -234,8 +211,8 @@ TEST_F(RealBackend, capsLockOnAUsbKeyboardThroughTheHidTool) {
 // The process that runs the backend for the test below: interception on, until it is killed.
 TEST(RealBackendProcess, holdsInterceptionUntilKilled) {
     if (!std::getenv("ORVANE_BACKEND_CHILD")) GTEST_SKIP() << "runs only as the child of the kill test";
-    orvane::testing::FakeHidutil tool;
-    Backend backend(tool.path(), testMappings());
+    FakeHidutil tool;
+    Backend backend(tool.path(), oneOfEachKind());
     ASSERT_TRUE(backend.manager.start());
     std::printf("ready %s\n", backend.output.devnode().c_str());
     std::fflush(stdout);
@@ -254,12 +231,9 @@ TEST(RealBackendKilled, itsOutputDeviceGoesAwayWithTheKeysItHeld) {
     child.setProcessEnvironment(environment);
     child.start("/proc/self/exe", {"--gtest_filter=RealBackendProcess.*"});
     QByteArray output;
-    for (int i = 0; i < 300 && !output.contains("ready /dev/"); ++i) {
-        child.waitForReadyRead(100);
-        output += child.readAllStandardOutput();
-    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (output += child.readAllStandardOutput()).contains("ready /dev/"); }, 30000))
+        << output.toStdString();
     const int at = output.indexOf("ready ");
-    ASSERT_GE(at, 0) << output.toStdString();
     const std::string devnode = output.mid(at + 6).split('\n').front().toStdString();
     Reader applications(devnode);
     ASSERT_TRUE(applications.isOpen()) << devnode;
@@ -267,6 +241,5 @@ TEST(RealBackendKilled, itsOutputDeviceGoesAwayWithTheKeysItHeld) {
     EXPECT_EQ(applications.keys(1), (Keys{{KEY_B, 1}}));
     child.kill();  // SIGKILL: no clean-up of its own
     child.waitForFinished();
-    EXPECT_TRUE(applications.isGone());
-    EXPECT_FALSE(std::filesystem::exists(devnode));
+    EXPECT_TRUE(applications.isGone() && !std::filesystem::exists(devnode));
 }

@@ -12,15 +12,13 @@
 
 using namespace orvane;
 
-namespace {
-
-std::string entry(const std::string& source, const std::string& destination) {
+static std::string entry(const std::string& source, const std::string& destination) {
     return R"({"HIDKeyboardModifierMappingSrc":)" + source + R"(,"HIDKeyboardModifierMappingDst":)" + destination + "}";
 }
-std::string property(const std::string& entries) { return R"({"UserKeyMapping":[)" + entries + "]}"; }
-std::string remap(const std::string& source, const std::string& destination) { return property(entry(source, destination)); }
-
-}  // namespace
+static std::string property(const std::string& entries) { return R"({"UserKeyMapping":[)" + entries + "]}"; }
+static std::string remap(const std::string& source, const std::string& destination) {
+    return property(entry(source, destination));
+}
 
 TEST(UserKeyMapping, theStoresTextsAreReadAndEverythingElseRefusedWithAReason) {
     const std::string caps = "30064771129";
@@ -57,14 +55,8 @@ TEST(UserKeyMapping, theStoresTextsAreReadAndEverythingElseRefusedWithAReason) {
 TEST(CapsLockKeymap, aKeyboardIsTakenWhileItGivesCapsLockOrWhatWasAppliedToIt) {
     const auto changed = [](std::uint16_t applied) { return ChangedKeyboard{"kbd", KEY_CAPSLOCK, applied}; };
     const ChangedKeyboard escaped = changed(KEY_ESC);
-    struct Case {
-        const char* what;
-        std::uint16_t current;
-        const ChangedKeyboard* known;
-        std::optional<std::uint16_t> target;
-        KeyboardStep step;
-    };
-    const Case cases[] = {
+    // The case; the keyboard's Caps Lock key now, what we applied to it, the target, and the step.
+    const std::tuple<const char*, std::uint16_t, const ChangedKeyboard*, std::optional<std::uint16_t>, KeyboardStep> cases[] = {
         {"fresh keyboard, mapping set", KEY_CAPSLOCK, nullptr, KEY_ESC, {KEY_ESC, escaped}},
         {"fresh keyboard, cleared", KEY_CAPSLOCK, nullptr, {}, {}},
         {"Caps Lock to itself is recorded too", KEY_CAPSLOCK, nullptr, KEY_CAPSLOCK, {{}, changed(KEY_CAPSLOCK)}},
@@ -75,11 +67,11 @@ TEST(CapsLockKeymap, aKeyboardIsTakenWhileItGivesCapsLockOrWhatWasAppliedToIt) {
         {"someone else's Caps Lock", KEY_LEFTCTRL, nullptr, KEY_ESC, {}},
         {"ours once, someone else's now", KEY_LEFTCTRL, &escaped, {}, {}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const KeyboardStep step = planKeyboard("kbd", c.current, c.known, c.target);
-        EXPECT_EQ(step.set, c.step.set);
-        EXPECT_EQ(step.keep, c.step.keep);
+    for (const auto& [what, current, known, target, expected] : cases) {
+        SCOPED_TRACE(what);
+        const KeyboardStep step = planKeyboard("kbd", current, known, target);
+        EXPECT_EQ(step.set, expected.set);
+        EXPECT_EQ(step.keep, expected.keep);
     }
 }
 

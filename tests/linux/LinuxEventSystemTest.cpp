@@ -1,9 +1,10 @@
 // The Linux event system over fake devices: what reaches applications from real-looking key events,
 // through the real tap manager and store.
 #include "FakeHidutil.h"
+#include "Mappings.h"
+#include "PrintedLines.h"
 #include "interception/EventCapturer.h"
 #include "interception/EventTapManager.h"
-#include "platform/Diagnostics.h"
 #include "platform/linux/LinuxEventSystem.h"
 #include "store/MappingStore.h"
 
@@ -18,11 +19,12 @@ using namespace orvane;
 
 namespace {
 
+using Keys = std::vector<std::pair<int, int>>;  // (code, value)
+
 struct FakeKeyboards final : KeyboardInput {
     Listener* listener = nullptr;
-    bool grabbed = false;
+    bool grabbed = false, light = false;
     std::set<KeyboardId> busy;  // held a key when the grab came: not grabbed yet
-    bool light = false;
 
     void setListener(Listener* l) override { listener = l; }
     void setGrabbed(bool g) override { grabbed = g; }
@@ -31,41 +33,26 @@ struct FakeKeyboards final : KeyboardInput {
 };
 
 struct FakeOutput final : KeyboardOutput {
-    std::vector<std::pair<int, int>> writes;  // (code, value)
+    Keys writes;
     void writeKey(std::uint16_t code, int value) override { writes.emplace_back(code, value); }
 };
 
-using Writes = std::vector<std::pair<int, int>>;
-
-class LinuxEventSystemTest : public ::testing::Test {
-protected:
+struct LinuxEventSystemTest : ::testing::Test {
     QTemporaryDir dir;
     orvane::testing::FakeHidutil tool;
-    std::vector<std::string> lines;
+    orvane::testing::PrintedLines lines;
     FakeKeyboards keyboards;
     FakeOutput output;
     bool trusted = true;
     LinuxEventSystem events{keyboards, output, [this] { return trusted; }};
     std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
-    std::unique_ptr<MappingStore> store;
-    std::unique_ptr<EventTapManager> manager;
+    MappingStore store{*defaults, HIDUtil(tool.path())};
+    EventTapManager manager{events, store};
 
-    void SetUp() override {
-        diagnostics::redirectTo(&lines);
-        store = std::make_unique<MappingStore>(*defaults, HIDUtil(tool.path()));
-        store->setMappings({
-            {Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true},
-            {Uuid::random(), SourceKey::regular(KeyCode::f1), TargetAction::combination(KeyCode::k, {.command = true, .shift = true}), true},
-            {Uuid::random(), SourceKey::regular(KeyCode::q), TargetAction::block(), true},
-            {Uuid::random(), SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f13), true},
-        });
-        store->waitForCapsLockDecisions();
-        manager = std::make_unique<EventTapManager>(events, *store);
-    }
-    void TearDown() override { diagnostics::redirectTo(nullptr); }  // members go in reverse: manager, store, system
+    void SetUp() override { store.setMappings(orvane::testing::oneOfEachKind()), store.waitForCapsLockDecisions(); }
 
     // Presses or releases keys on a keyboard and answers what the output wrote meanwhile.
-    Writes type(const std::vector<std::pair<int, int>>& keys, KeyboardId keyboard = 1) {
+    Keys type(const Keys& keys, KeyboardId keyboard = 1) {
         output.writes.clear();
         for (const auto& [code, value] : keys) keyboards.listener->keyEvent(keyboard, static_cast<std::uint16_t>(code), value);
         return output.writes;
@@ -75,9 +62,8 @@ protected:
 }  // namespace
 
 TEST_F(LinuxEventSystemTest, interceptingWritesWhatTheMappingsMakeWithExactModifiers) {
-    ASSERT_TRUE(manager->start());
-    EXPECT_TRUE(keyboards.grabbed);
-    const std::pair<std::vector<std::pair<int, int>>, Writes> cases[] = {
+    ASSERT_TRUE(manager.start() && keyboards.grabbed);
+    const std::pair<Keys, Keys> cases[] = {
         {{{KEY_A, 1}, {KEY_A, 2}, {KEY_A, 0}}, {{KEY_B, 1}, {KEY_B, 2}, {KEY_B, 0}}},
         {{{KEY_Q, 1}, {KEY_Q, 0}}, {}},
         // Shift held by the user stays as it is for an unmapped key.
@@ -102,30 +88,25 @@ TEST_F(LinuxEventSystemTest, interceptingWritesWhatTheMappingsMakeWithExactModif
 }
 
 TEST_F(LinuxEventSystemTest, notInterceptingNothingIsGrabbedOrWrittenAndStoppingReleasesWhatWasHeld) {
-    EXPECT_FALSE(keyboards.grabbed);
-    EXPECT_TRUE(type({{KEY_A, 1}, {KEY_A, 0}}).empty());  // the keyboard reached applications itself
+    EXPECT_TRUE(!keyboards.grabbed && type({{KEY_A, 1}, {KEY_A, 0}}).empty());  // the keyboard reached applications itself
 
-    ASSERT_TRUE(manager->start());
-    EXPECT_EQ(type({{KEY_A, 1}}), (Writes{{KEY_B, 1}}));
-    output.writes.clear();
-    manager->stop();
-    EXPECT_EQ(output.writes, (Writes{{KEY_B, 0}}));
-    EXPECT_FALSE(keyboards.grabbed);
-    EXPECT_TRUE(type({{KEY_A, 0}}).empty());
+    ASSERT_TRUE(manager.start());
+    EXPECT_EQ(type({{KEY_A, 1}}), (Keys{{KEY_B, 1}}));
+    output.writes.clear(), manager.stop();
+    EXPECT_EQ(output.writes, (Keys{{KEY_B, 0}}));
+    EXPECT_TRUE(!keyboards.grabbed && type({{KEY_A, 0}}).empty());
 
     trusted = false;
-    EXPECT_FALSE(manager->start());
-    EXPECT_FALSE(keyboards.grabbed);
+    EXPECT_FALSE(manager.start() || keyboards.grabbed);
 }
 
 TEST_F(LinuxEventSystemTest, keyboardsShareKeysAndAGoneKeyboardReleasesWhatItHeld) {
-    ASSERT_TRUE(manager->start());
-    EXPECT_EQ(type({{KEY_A, 1}}, 1), (Writes{{KEY_B, 1}}));
-    EXPECT_EQ(type({{KEY_A, 1}}, 2), (Writes{{KEY_B, 2}}));  // the same key on a second keyboard
+    ASSERT_TRUE(manager.start());
+    EXPECT_EQ(type({{KEY_A, 1}}, 1), (Keys{{KEY_B, 1}}));
+    EXPECT_EQ(type({{KEY_A, 1}}, 2), (Keys{{KEY_B, 2}}));  // the same key on a second keyboard
     EXPECT_TRUE(type({{KEY_A, 0}}, 1).empty());
-    output.writes.clear();
-    keyboards.listener->keyboardRemoved(2);
-    EXPECT_EQ(output.writes, (Writes{{KEY_B, 0}}));
+    output.writes.clear(), keyboards.listener->keyboardRemoved(2);
+    EXPECT_EQ(output.writes, (Keys{{KEY_B, 0}}));
 
     // A keyboard that still held a key when interception began reaches applications until it is grabbed.
     keyboards.busy.insert(3);
@@ -138,10 +119,9 @@ TEST_F(LinuxEventSystemTest, theDesktopsCapsLockLightReachesKeyboardsAndTheFlags
     EXPECT_EQ(events.createKeyboardEvent(0, true)->flags, EventFlag::alphaShift | EventFlag::nonCoalesced);
     // A listen-only tap (the debugger's capture) sees the keys but takes no keyboard.
     int seen = 0;
-    EventCapturer capturer(events, *store, *manager, [&](const DebugEvent&) { ++seen; }, [] { return true; });
+    EventCapturer capturer(events, store, manager, [&](const DebugEvent&) { ++seen; }, [] { return true; });
     capturer.start();
-    EXPECT_FALSE(keyboards.grabbed);
-    EXPECT_TRUE(type({{KEY_A, 1}}).empty());
+    EXPECT_TRUE(!keyboards.grabbed && type({{KEY_A, 1}}).empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(seen, 1);
 }

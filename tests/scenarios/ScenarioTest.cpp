@@ -2,6 +2,8 @@
 // A file holds comments (#), optional "options:" and "exit:" (default 0) lines and a "mappings:" section (the
 // stored JSON), then "script:" and "expect:" (the exact standard output; line numbers count from the line after
 // "script:"). Without --hidutil a scenario runs against tools/hidutil-ok.
+#include "Files.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -61,16 +63,11 @@ TEST_P(ScenarioTest, producesTheExpectedOutput) {
     QStringList arguments = QProcess::splitCommand(scenario.options);
     if (!arguments.contains("--hidutil")) arguments << "--hidutil" << dir.filePath("tools/hidutil-ok");
     if (scenario.mappings) {
-        QFile mappings(scratch.filePath("mappings.json"));
-        ASSERT_TRUE(mappings.open(QIODevice::WriteOnly));
-        mappings.write(*scenario.mappings);
-        arguments << "--mappings" << mappings.fileName();
+        ASSERT_TRUE(orvane::testing::writeFile(scratch.filePath("mappings.json"), *scenario.mappings));
+        arguments << "--mappings" << scratch.filePath("mappings.json");
     }
-    QFile script(scratch.filePath("script.txt"));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write(scenario.script);
-    script.close();
-    arguments << script.fileName();
+    ASSERT_TRUE(orvane::testing::writeFile(scratch.filePath("script.txt"), scenario.script));
+    arguments << scratch.filePath("script.txt");
 
     QProcess sim;
     sim.setWorkingDirectory(dir.path());
@@ -85,7 +82,6 @@ TEST_P(ScenarioTest, producesTheExpectedOutput) {
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, ::testing::ValuesIn(scenarioFiles()), [](const auto& info) {
     std::string name = info.param.substr(0, info.param.rfind('.'));
-    for (char& c : name)
-        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
     return name;
 });

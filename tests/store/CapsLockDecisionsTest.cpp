@@ -1,7 +1,7 @@
 // The Caps Lock decisions against a fake tool: what each one runs and reports, in order, and at quit.
 #include "FakeHidutil.h"
 #include "Mappings.h"
-#include "platform/Diagnostics.h"
+#include "PrintedLines.h"
 #include "store/CapsLockDecisions.h"
 
 #include <gtest/gtest.h>
@@ -21,12 +21,10 @@ CapsLockDecisions::Input capsLockTo(std::optional<TargetAction> target) {  // a 
 
 struct CapsLockDecisionsTest : ::testing::Test {
     FakeHidutil tool;
-    std::vector<std::string> lines;
+    PrintedLines lines;
     CapsLockDecisions decisions{HIDUtil(tool.path())};
     QSignalSpy decided{&decisions, &CapsLockDecisions::decided};
 
-    void SetUp() override { diagnostics::redirectTo(&lines); }
-    void TearDown() override { diagnostics::redirectTo(nullptr); }
     std::vector<QString> toolTexts() const {
         std::vector<QString> texts;
         for (const auto& call : tool.calls()) texts.push_back(call.last());
@@ -60,8 +58,7 @@ TEST_F(CapsLockDecisionsTest, decisionsRunInTurnDirectWhereTheKeyHasAHidUsageEls
     EXPECT_TRUE(decided == results);
 
     tool.setOutput("error: no permission");  // a run that fails decides nothing
-    decisions.decide(capsLockTo(std::nullopt));
-    decisions.waitUntilDone();
+    decisions.decide(capsLockTo(std::nullopt)), decisions.waitUntilDone();
     EXPECT_EQ(decided.size(), results.size());
 }
 

@@ -1,8 +1,8 @@
 // The mapping store and its HID tool component over an isolated settings file and a fake tool.
 #include "FakeHidutil.h"
 #include "Mappings.h"
+#include "PrintedLines.h"
 #include "model/MappingJson.h"
-#include "platform/Diagnostics.h"
 #include "store/MappingStore.h"
 
 #include <gtest/gtest.h>
@@ -17,20 +17,16 @@ using namespace orvane::testing;
 
 namespace {
 
-const QString clearText = R"({"UserKeyMapping":[]})";
 KeyMapping capsLockTo(TargetAction target, bool enabled = true) { return mapping(KeyCode::capsLock, target, enabled); }
 
 struct MappingStoreTest : ::testing::Test {
     QTemporaryDir dir;
     FakeHidutil tool;
-    std::vector<std::string> lines;
+    PrintedLines lines;
     std::unique_ptr<UserDefaults> defaults = UserDefaults::openFile(dir.filePath("settings.ini"));
 
-    void SetUp() override { diagnostics::redirectTo(&lines); }
-    void TearDown() override { diagnostics::redirectTo(nullptr); }
-
-    std::unique_ptr<MappingStore> openStore() {
-        auto store = std::make_unique<MappingStore>(*defaults, HIDUtil(tool.path()));
+    std::unique_ptr<MappingStore> openStore(UserDefaults* settings = nullptr) {
+        auto store = std::make_unique<MappingStore>(settings ? *settings : *defaults, HIDUtil(tool.path()));
         store->waitForCapsLockDecisions();
         return store;
     }
@@ -61,7 +57,7 @@ TEST_F(HIDUtilTest, remapsAndClearsWithTheExactArguments) {
         EXPECT_EQ(lines, printed);
     }
     EXPECT_TRUE(hid.clearRemapping());
-    EXPECT_EQ(tool.calls().back(), (QStringList{"property", "--set", clearText}));
+    EXPECT_EQ(tool.calls().back(), (QStringList{"property", "--set", R"({"UserKeyMapping":[]})"}));
     EXPECT_EQ(tool.calls().size(), std::size(cases) + 1);
 }
 
@@ -77,9 +73,7 @@ TEST_F(HIDUtilTest, successMeansNoErrorInAnyLetterCaseOnEitherStream) {
     const HIDUtil hid(tool.path());
     for (const auto& [out, err, succeeds] : cases) {
         SCOPED_TRACE(out.left(40).toStdString() + "|" + err.toStdString());
-        tool.setOutput(out);
-        tool.setErrorOutput(err);
-        lines.clear();
+        tool.setOutput(out), tool.setErrorOutput(err), lines.clear();
         EXPECT_EQ(hid.remapCapsLock(KeyCode::escape), succeeds);
         EXPECT_EQ(hid.clearRemapping(), succeeds);
         ASSERT_EQ(lines.size(), 2u);
@@ -112,8 +106,7 @@ TEST_F(HIDUtilTest, aMissingToolFailsWithBothLinesAndAHungOneIsKilledAfterTheTim
 }
 
 TEST_F(HIDUtilTest, aToolEndedByASignalFailsAndARunawayAnswerIsCut) {
-    tool.setOutput("applied\n");
-    tool.setCrashes();
+    tool.setOutput("applied\n"), tool.setCrashes();
     EXPECT_FALSE(HIDUtil(tool.path()).remapCapsLock(KeyCode::escape));
     EXPECT_EQ(lines.back(), "HIDUtil: Failed to remap Caps Lock: error: the tool was ended by a signal");
 
@@ -129,31 +122,25 @@ TEST_F(MappingStoreTest, theFirstEnabledCapsLockMappingIsDecidedAndTheResultKept
     store->setMappings({capsLockTo(TargetAction::block(), false), capsLockTo(TargetAction::key(KeyCode::leftControl))});
     store->waitForCapsLockDecisions();
     EXPECT_EQ(storedFlags(), std::make_pair(true, true));
-    store->setMappings({capsLockTo(TargetAction::block())});
-    store->waitForCapsLockDecisions();
+    store->setMappings({capsLockTo(TargetAction::block())}), store->waitForCapsLockDecisions();
     EXPECT_NE(store->capsLockMappingViaF18(), nullptr);
     EXPECT_EQ(storedFlags(), std::make_pair(true, false));
 }
 
 TEST_F(MappingStoreTest, unknownIdsChangeNothingExceptDelete) {
     const auto store = openStore();
-    store->addMapping(capsLockTo(TargetAction::key(KeyCode::escape)));
-    store->waitForCapsLockDecisions();
+    store->addMapping(capsLockTo(TargetAction::key(KeyCode::escape))), store->waitForCapsLockDecisions();
     const auto runs = tool.calls().size();
     QSignalSpy changes(defaults.get(), &UserDefaults::changed);
 
     KeyMapping stranger = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
     store->updateMapping(stranger);
-    store->toggleMapping(stranger.id);
-    store->waitForCapsLockDecisions();
-    EXPECT_EQ(changes.count(), 0);
-    EXPECT_EQ(tool.calls().size(), runs);
+    store->toggleMapping(stranger.id), store->waitForCapsLockDecisions();
+    EXPECT_TRUE(changes.count() == 0 && tool.calls().size() == runs) << changes.count() << ", " << tool.calls().size();
 
     // Delete always counts as a change: the list is saved and the decision runs again.
-    store->deleteMapping(stranger.id);
-    store->waitForCapsLockDecisions();
-    EXPECT_GE(changes.count(), 1);
-    EXPECT_EQ(tool.calls().size(), runs + 1);
+    store->deleteMapping(stranger.id), store->waitForCapsLockDecisions();
+    EXPECT_TRUE(changes.count() >= 1 && tool.calls().size() == runs + 1) << changes.count() << ", " << tool.calls().size();
     EXPECT_EQ(store->mappings().size(), 1u);
 }
 
@@ -180,22 +167,19 @@ TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
         rows.push_back(mapping(k, TargetAction::block()));
     const auto order = [](const MappingStore& s) {
         std::string text;
-        for (const auto& m : s.mappings()) text += std::string(displayName(m.sourceKey.keyCode()));
+        for (const auto& m : s.mappings()) text += displayName(m.sourceKey.keyCode());
         return text;
     };
-    const struct {
-        std::set<std::size_t> positions;
-        std::size_t destination;
-        const char* result;
-    } moves[] = {
+    // The positions moved, where to, and the order after.
+    const std::tuple<std::set<std::size_t>, std::size_t, const char*> moves[] = {
         {{4}, 0, "EABCD"}, {{0}, 5, "BCDEA"}, {{0}, 2, "BACDE"}, {{1, 3}, 0, "BDACE"},
         {{0, 4}, 3, "BCAED"}, {{2}, 2, "ABCDE"}, {{2}, 3, "ABCDE"}, {{0, 1, 2, 3, 4}, 2, "ABCDE"},
     };
-    for (const auto& move : moves) {
+    for (const auto& [positions, destination, result] : moves) {
         store->setMappings(rows);
-        store->moveMappings(move.positions, move.destination);
-        EXPECT_EQ(order(*store), move.result) << move.destination;
-        EXPECT_EQ(order(*openStore()), move.result) << "read back";
+        store->moveMappings(positions, destination);
+        EXPECT_EQ(order(*store), result) << destination;
+        EXPECT_EQ(order(*openStore()), result) << "read back";
     }
     store->setMappings(rows);
     store->removeMappings({0, 2, 4, 7});
@@ -206,11 +190,10 @@ TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
 TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
     ASSERT_TRUE(QFile(dir.filePath("not-a-folder")).open(QIODevice::WriteOnly));
     auto unwritable = UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini"));
-    MappingStore store(*unwritable, HIDUtil(tool.path()));
-    store.waitForCapsLockDecisions();
+    const auto store = openStore(unwritable.get());
     const KeyMapping m = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
-    store.addMapping(m);
+    store->addMapping(m);
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();
-    EXPECT_EQ(store.mappings(), std::vector{m});
+    EXPECT_EQ(store->mappings(), std::vector{m});
 }

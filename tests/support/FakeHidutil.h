@@ -1,6 +1,8 @@
 // A stand-in for the HID tool: records every call's arguments and prints a chosen output.
 #pragma once
 
+#include "Files.h"
+
 #include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -35,10 +37,7 @@ public:
     // From now on the tool, after printing, starts a child and sleeps for a minute with it.
     void setHangs() { write("hang", ""); }
     // The process id of the last hung tool's child.
-    qint64 childOfHungTool() const {
-        QFile file(dir_.filePath(QStringLiteral("child")));
-        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
-    }
+    qint64 childOfHungTool() const { return readFile(dir_.filePath(QStringLiteral("child"))).trimmed().toLongLong(); }
     // From now on the tool takes that long (sleep(1)'s words, "0.2") before it ends.
     void setDelay(const QByteArray& seconds) { write("delay", seconds); }
     // From now on the tool kills itself with SIGKILL after printing.
@@ -46,10 +45,8 @@ public:
 
     // The arguments of every run so far, oldest first.
     std::vector<QStringList> calls() const {
-        QFile file(dir_.filePath(QStringLiteral("calls")));
-        if (!file.open(QIODevice::ReadOnly)) return {};
         std::vector<QStringList> calls(1);
-        for (const QByteArray& line : file.readAll().split('\n')) {
+        for (const QByteArray& line : readFile(dir_.filePath(QStringLiteral("calls"))).split('\n')) {
             if (line == "<end of call>") calls.emplace_back();
             else if (!line.isEmpty()) calls.back() << QString::fromUtf8(line);
         }
@@ -58,10 +55,7 @@ public:
     }
 
 private:
-    void write(const char* name, const QByteArray& bytes) {
-        QFile file(dir_.filePath(QString::fromLatin1(name)));
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) file.write(bytes);
-    }
+    void write(const char* name, const QByteArray& bytes) { writeFile(dir_.filePath(QString::fromLatin1(name)), bytes); }
 
     QTemporaryDir dir_;
 };

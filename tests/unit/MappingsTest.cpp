@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 using namespace orvane;
@@ -15,12 +16,6 @@ std::string document(const std::string& target, const std::string& source = R"({
                      const std::string& enabled = "true", const std::string& id = R"("0E1D2C3B-4A59-4687-9A5B-C0D1E2F30415")") {
     return R"([{"id":)" + id + R"(,"sourceKey":)" + source + R"(,"targetAction":)" + target +
            (enabled.empty() ? "" : R"(,"isEnabled":)" + enabled) + "}]";
-}
-
-const KeyMapping* scan(const std::vector<KeyMapping>& list, SourceKey source) {
-    for (const auto& m : list)
-        if (m.isEnabled && m.sourceKey == source) return &m;
-    return nullptr;
 }
 
 }  // namespace
@@ -62,10 +57,10 @@ TEST(MappingIndex, agreesWithALinearScanOnRandomLists) {
             m.isEnabled = std::bernoulli_distribution(0.6)(random);
         }
         IndexedMappings indexed(list);
-        // The scan's answer, as the same position in the index's own copy of the list.
+        // A scan's answer, as the same position in the index's own copy of the list.
         const auto expected = [&](SourceKey source) {
-            const KeyMapping* found = scan(list, source);
-            return found ? &indexed.list()[static_cast<std::size_t>(found - list.data())] : nullptr;
+            const auto found = std::ranges::find_if(list, [&](const auto& m) { return m.isEnabled && m.sourceKey == source; });
+            return found == list.end() ? nullptr : &indexed.list()[static_cast<std::size_t>(found - list.begin())];
         };
         for (const KeyCode k : keys) ASSERT_EQ(indexed.mappingForKey(k), expected(SourceKey::regular(k)));
         for (const SystemKeyID k : systemKeys) ASSERT_EQ(indexed.mappingForSystemKey(k), expected(SourceKey::system(k)));
@@ -94,13 +89,8 @@ TEST(MappingJson, acceptsWhatTheFormAllows) {
 TEST(MappingJson, rejectsTheWholeDocumentWithTheFirstError) {
     using Kind = DecodingError::Kind;
     const std::string block = R"({"block":{}})", a = R"({"regular":{"_0":0}})";
-    struct Case {
-        std::string document;
-        Kind kind;
-        std::string path;
-        std::string messagePart;
-    };
-    const Case cases[] = {
+    // The document, and the first error's kind, path and a piece of its message.
+    const std::tuple<std::string, Kind, std::string, std::string> cases[] = {
         {"", Kind::malformedJson, "", ""},
         {R"({"a":1})", Kind::typeMismatch, "", "array"},
         {"[1]", Kind::typeMismatch, "[0]", "object"},
@@ -121,14 +111,14 @@ TEST(MappingJson, rejectsTheWholeDocumentWithTheFirstError) {
         // The first error in member order wins: a bad source is reported before a missing isEnabled.
         {document(block, "{}", ""), Kind::typeMismatch, "[0].sourceKey", "Invalid number of keys found, expected one."},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.document);
-        const auto decoded = decodeMappings(c.document);
+    for (const auto& [text, kind, path, messagePart] : cases) {
+        SCOPED_TRACE(text);
+        const auto decoded = decodeMappings(text);
         ASSERT_TRUE(decoded.error.has_value());
         EXPECT_TRUE(decoded.mappings.empty());
-        EXPECT_EQ(decoded.error->kind, c.kind);
-        EXPECT_EQ(decoded.error->path, c.path);
-        EXPECT_NE(decoded.error->message.find(c.messagePart), std::string::npos) << decoded.error->message;
+        EXPECT_EQ(decoded.error->kind, kind);
+        EXPECT_EQ(decoded.error->path, path);
+        EXPECT_NE(decoded.error->message.find(messagePart), std::string::npos) << decoded.error->message;
     }
 }
 
@@ -144,11 +134,10 @@ TEST(MappingJson, randomListsSurviveARoundTrip) {
             mapping.id = Uuid::random();
             mapping.sourceKey = pick(4) == 0 ? SourceKey::system(systemKeys[pick(systemKeys.size())]) : SourceKey::regular(keys[pick(keys.size())]);
             const Modifiers modifiers{pick(2) == 1, pick(2) == 1, pick(2) == 1, pick(2) == 1};
-            switch (pick(3)) {
-            case 0: mapping.targetAction = TargetAction::block(); break;
-            case 1: mapping.targetAction = TargetAction::key(keys[pick(keys.size())]); break;
-            default: mapping.targetAction = TargetAction::combination(keys[pick(keys.size())], modifiers); break;
-            }
+            const std::size_t kind = pick(3);
+            mapping.targetAction = kind == 0 ? TargetAction::block()
+                                 : kind == 1 ? TargetAction::key(keys[pick(keys.size())])
+                                             : TargetAction::combination(keys[pick(keys.size())], modifiers);
             mapping.isEnabled = pick(2) == 1;
         }
         const std::string json = encodeMappings(mappings);

@@ -14,8 +14,7 @@ namespace {
 
 RecordedKey recorded(KeyCode key, Modifiers modifiers = {}) { return {SourceKey::regular(key), modifiers}; }
 
-class AddMappingControllerTest : public ::testing::Test {
-protected:
+struct AddMappingControllerTest : ::testing::Test {
     UiHarness ui;
 
     std::unique_ptr<AddMappingController> sheet(std::optional<KeyMapping> existing = std::nullopt) {
@@ -31,8 +30,7 @@ TEST_F(AddMappingControllerTest, anEditSheetStartsFromABlockedMapping) {
     auto s = sheet(existing);
     EXPECT_EQ(s->sourceField()->recordedKey(), (RecordedKey{existing.sourceKey, {}}));
     EXPECT_EQ(s->targetType(), AddMappingController::Block);
-    EXPECT_FALSE(s->targetField()->hasKey());
-    EXPECT_TRUE(s->canSave());
+    EXPECT_TRUE(!s->targetField()->hasKey() && s->canSave());
 }
 
 TEST_F(AddMappingControllerTest, remapNeedsATargetAndBlockDoesNotWhileTheTargetIsKept) {

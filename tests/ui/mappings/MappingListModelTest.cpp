@@ -14,8 +14,7 @@ namespace {
 
 QString idText(const KeyMapping& m) { return QString::fromStdString(m.id.toString()); }
 
-class MappingListModelTest : public ::testing::Test {
-protected:
+struct MappingListModelTest : ::testing::Test {
     UiHarness ui;
     MappingListModel model{ui.store(), ui.events(), ui.manager()};
     KeyMapping a = mapping(KeyCode::a, TargetAction::block()), b = mapping(KeyCode::b, TargetAction::block()),
@@ -36,8 +35,7 @@ TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifie
         {mapping(KeyCode::capsLock, TargetAction::block()), false, "HID+Tap", "blue", "HID-layer + event tap (for combinations/block)"},
     };
     for (const auto& [row, capsLockDirect, badge, color, tooltip] : cases) {
-        ui.store().setMappings({row});
-        ui.settle();
+        ui.store().setMappings({row}), ui.settle();
         ui.store().setCapsLockHIDState(true, capsLockDirect);
         EXPECT_EQ(at(0, MappingListModel::BadgeTextRole).toString(), badge);
         EXPECT_EQ(at(0, MappingListModel::BadgeColorRole).toString(), color) << badge.toStdString();

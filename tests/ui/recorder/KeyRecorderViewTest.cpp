@@ -15,20 +15,16 @@ namespace {
 const QString placeholder = QStringLiteral("Press target key or combination...");
 
 // A field at the top of a window with room for its picker.
-class RecorderViewTest : public ::testing::Test {
-protected:
+struct RecorderViewTest : ::testing::Test {
     UiHarness ui;
     std::unique_ptr<KeyRecorderField> field;
 
     void showField(bool allowModifiers) {
         field = std::make_unique<KeyRecorderField>(allowModifiers, placeholder);
         ASSERT_TRUE(ui.show(QStringLiteral("RecorderHost.qml"), QSize(720, 480)));
-        ui.view()->rootObject()->setProperty("field", QVariant::fromValue(field.get()));
-        ui.settle();
+        ui.view()->rootObject()->setProperty("field", QVariant::fromValue(field.get())), ui.settle();
     }
-    void TearDown() override {
-        if (field) field->stopRecording();
-    }
+    void TearDown() override { if (field) field->stopRecording(); }
     // A colour of the palette an item uses ("text", "placeholderText", "highlight").
     QColor paletteColor(const QString& objectName, const char* role) {
         return ui.read(objectName, "palette").value<QObject*>()->property(role).value<QColor>();
@@ -71,8 +67,7 @@ TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndCle
     EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "placeholderText"));
     EXPECT_FALSE(ui.shown("clearButton"));
 
-    field->setRecordedKey(RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}});
-    ui.settle();
+    field->setRecordedKey(RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}), ui.settle();
     EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("⇧⌘A"));
     ASSERT_TRUE(ui.shown("clearButton"));
     ui.click(ui.find("recordButton"));
@@ -110,8 +105,7 @@ TEST_F(RecorderViewTest, leavingTheScreenWithItsItemOrItsWindowEndsTheRecordingA
     for (const bool byWindow : {false, true}) {
         ui.click(ui.find("recordButton"));
         ASSERT_FALSE(ui.manager().isRunning());
-        byWindow ? ui.view()->hide() : ui.find("recorderView")->setVisible(false);
-        ui.settle();
+        byWindow ? ui.view()->hide() : ui.find("recorderView")->setVisible(false), ui.settle();
         EXPECT_TRUE(!field->isRecording() && ui.manager().isRunning()) << byWindow;
         ui.find("recorderView")->setVisible(true);
     }
@@ -129,9 +123,8 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     ui.click(ui.find("modOption"));
     ui.click(ui.find("searchField"));
     for (Qt::Key key : {Qt::Key_P, Qt::Key_A, Qt::Key_G, Qt::Key_E}) ui.key(key);
-    EXPECT_FALSE(ui.shown("categoryTabs"));
     EXPECT_EQ(cellCount(), 2);
-    EXPECT_TRUE(ui.find("keyButton_Page Down"));
+    EXPECT_TRUE(!ui.shown("categoryTabs") && ui.find("keyButton_Page Down"));
     ui.screenshot(QStringLiteral("picker-search"), ui.find("searchField"));
 
     // Escape writes nothing; the next opening shows the first tab, no search and no modifiers.
@@ -140,9 +133,8 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     EXPECT_FALSE(field->hasKey());
     openPicker();
     EXPECT_EQ(ui.read("searchField", "text").toString(), QString());
-    EXPECT_TRUE(ui.shown("categoryTabs"));
     EXPECT_EQ(cellCount(), 26);
-    EXPECT_FALSE(ui.read("modOption", "checked").toBool());
+    EXPECT_TRUE(ui.shown("categoryTabs") && !ui.read("modOption", "checked").toBool());
 }
 
 TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
@@ -150,30 +142,24 @@ TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesA
     field->toggleRecording();
     openPicker();
     ASSERT_TRUE(ui.shown("modifierRow"));
-    ui.click(ui.find("modCommand"));
-    ui.click(ui.find("modShift"));
-    ui.click(ui.find("keyButton_A"));
-    EXPECT_FALSE(ui.shown("searchField"));
+    for (const char* name : {"modCommand", "modShift", "keyButton_A"}) ui.click(ui.find(name));
+    EXPECT_TRUE(!ui.shown("searchField") && field->isRecording());
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
-    EXPECT_TRUE(field->isRecording());
 }
 
 TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
     showField(false);
     openPicker();
     EXPECT_FALSE(ui.shown("modifierRow") || ui.shown("modifierDivider"));
-    ui.click(ui.find("categoryTab_Modifiers"));
-    ui.click(ui.find("keyButton_Right Option"));
+    for (const char* name : {"categoryTab_Modifiers", "keyButton_Right Option"}) ui.click(ui.find(name));
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::rightOption), {}}));
 }
 
 TEST_F(PickerViewTest, thePopoverReachesPastItsWindowAndClosesWhenAnotherWindowIsActivated) {
     showField(true);
-    ui.view()->resize(500, 400);  // the sheet's window is narrower than the picker
-    ui.settle();
+    ui.view()->resize(500, 400), ui.settle();  // the sheet's window is narrower than the picker
     openPicker();
-    QQuickItem* search = ui.find("searchField");
-    ASSERT_TRUE(search);
+    QQuickItem* search = ui.find("searchField");  // there: openPicker asserts it
     EXPECT_NE(search->window(), ui.view());
     EXPECT_GT(search->window()->width(), ui.view()->width());
 

@@ -10,7 +10,6 @@ Pane {
     KeyRecorderView {
         id: recorder
         objectName: "recorderView"
-        anchors.left: parent.left
-        anchors.right: parent.right
+        width: parent.width
     }
 }

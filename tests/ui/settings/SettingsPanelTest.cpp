@@ -1,7 +1,7 @@
 // The settings panel over a simulated login item and the real delegate (not launched) over fakes.
 #include "DelegateUnderTest.h"
+#include "PrintedLines.h"
 #include "UiHarness.h"
-#include "platform/Diagnostics.h"
 #include "platform/sim/SimLoginItem.h"
 #include "ui/settings/AppVersion.h"
 
@@ -21,17 +21,12 @@ public slots:
     void dismissed() { onDismiss(); }
 };
 
-class SettingsPanelTest : public ::testing::Test {
-protected:
+struct SettingsPanelTest : ::testing::Test {
     UiHarness ui;  // it installs a simulated login item
     SimLoginItem* loginItem = dynamic_cast<SimLoginItem*>(&LoginItem::shared());
-    std::vector<std::string> lines;
+    PrintedLines lines;
 
-    void SetUp() override {
-        ASSERT_TRUE(loginItem);
-        diagnostics::redirectTo(&lines);
-    }
-    void TearDown() override { diagnostics::redirectTo(nullptr); }
+    void SetUp() override { ASSERT_TRUE(loginItem); }
     QQuickItem* showPanel() {
         QQuickView* view = ui.show(QStringLiteral("SettingsPanel.qml"), QSize(250, 330));
         return view ? view->rootObject() : nullptr;
@@ -45,8 +40,7 @@ TEST_F(SettingsPanelTest, launchAtLoginMirrorsTheSystemAtEachOpeningAndChangesIt
     loginItem->setStatus(LoginItem::Status::enabled);  // registered outside the application
     QQuickItem* panel = showPanel();
     ASSERT_TRUE(panel);
-    EXPECT_TRUE(isChecked("launchAtLoginCheckBox"));
-    EXPECT_TRUE(isChecked("showMenuIconCheckBox"));  // no stored setting: the icon shows
+    EXPECT_TRUE(isChecked("launchAtLoginCheckBox") && isChecked("showMenuIconCheckBox"));  // no stored setting: the icon shows
     EXPECT_EQ(ui.find("versionLabel")->property("text").toString(), QStringLiteral("Version ") + applicationVersionString());
     ui.screenshot(QStringLiteral("settings-panel"));
 
@@ -55,10 +49,8 @@ TEST_F(SettingsPanelTest, launchAtLoginMirrorsTheSystemAtEachOpeningAndChangesIt
 
     loginItem->setStatus(LoginItem::Status::enabled);
     panel->setVisible(false);
-    panel->setVisible(true);
-    ui.settle();
-    EXPECT_TRUE(isChecked("launchAtLoginCheckBox"));
-    EXPECT_TRUE(lines.empty());
+    panel->setVisible(true), ui.settle();
+    EXPECT_TRUE(isChecked("launchAtLoginCheckBox") && lines.empty());
 
     loginItem->setFailure(QStringLiteral("Operation not permitted"));
     ui.click(ui.find("launchAtLoginCheckBox"));

@@ -1,4 +1,5 @@
 // The Linux login item: a desktop entry in the autostart directory of a temporary XDG_CONFIG_HOME.
+#include "Files.h"
 #include "platform/linux/XdgAutostartLoginItem.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +9,11 @@
 #include <QTemporaryDir>
 
 using namespace orvane;
+using namespace orvane::testing;
 
 namespace {
 
-class XdgAutostartTest : public ::testing::Test {
-protected:
+struct XdgAutostartTest : ::testing::Test {
     QTemporaryDir dir;
     QByteArray savedConfigHome = qgetenv("XDG_CONFIG_HOME");
     XdgAutostartLoginItem item;
@@ -21,15 +22,10 @@ protected:
     void TearDown() override { qputenv("XDG_CONFIG_HOME", savedConfigHome); }
 
     QString entry() const { return dir.filePath("config/autostart/com.user.Orvane.desktop"); }
-    QByteArray entryContents(const QString& path = {}) const {
-        QFile file(path.isEmpty() ? entry() : path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray entryContents(const QString& path = {}) const { return readFile(path.isEmpty() ? entry() : path); }
     void writeEntry(const QByteArray& contents) {
         ASSERT_FALSE(item.registerItem());  // makes the directory
-        QFile file(entry());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(contents);
+        ASSERT_TRUE(writeFile(entry(), contents));
     }
 };
 
