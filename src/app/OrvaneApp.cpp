@@ -7,6 +7,7 @@
 #include "app/TrayStatusItem.h"
 #include "app/UpdateChecker.h"
 #include "interception/EventTapManager.h"
+#include "platform/Diagnostics.h"
 #include "platform/EventSystem.h"
 #include "platform/PlatformServices.h"
 #include "platform/PrivateInstance.h"
@@ -42,9 +43,16 @@ int runOrvaneApp(int argc, char** argv) {
     // Until then a logout or kill simply ends the process.
     auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
     using Claim = InstanceChannel::Claim;
-    if (const Claim claim = channel->claimOrHandOver(AppDelegate::openConfigurationMessage(), quittingInstancePatience);
-        claim != Claim::ours)
-        return claim == Claim::handedOver ? 0 : 1;
+    switch (channel->claimOrHandOver(AppDelegate::openConfigurationMessage(), quittingInstancePatience)) {
+    case Claim::ours: break;
+    case Claim::handedOver: return 0;
+    case Claim::unusable: return 1;
+    case Claim::noAnswer:
+        diagnostics::printLine("Orvane: another Orvane of this user holds the instance but took no message for " +
+                               std::to_string(quittingInstancePatience.count() / 1000) +
+                               " s; quit it, or end its process, and launch Orvane again");
+        return 1;
+    }
     // From now on, a logout or kill quits in order (and so restores Caps Lock).
     installQuitRequestHandler([] { QApplication::quit(); });
 

@@ -11,6 +11,7 @@ constexpr unsigned long claimRetryMs = 50;
 }  // namespace
 
 InstanceChannel::Claim InstanceChannel::claimOrHandOver(const QByteArray& message, std::chrono::milliseconds patience) {
+    if (!isUsable()) return Claim::unusable;
     const QDeadlineTimer deadline(patience);
     for (;;) {
         if (listen()) return Claim::ours;

@@ -31,7 +31,11 @@ public:
     // this object or the process ends, so a later launch neither hands over to it nor runs beside it.
     virtual void stopListening() = 0;
 
-    enum class Claim { ours, handedOver, noAnswer };
+    // False when the channel can never work here (it has said why on standard output).
+    virtual bool isUsable() const { return true; }
+
+    // noAnswer: an instance holds the claim and took no message within the patience; unusable: see isUsable.
+    enum class Claim { ours, handedOver, noAnswer, unusable };
     // Of launches at the same moment, one claims the instance and the others hand `message` over to it.
     // An instance that is quitting still holds its claim but takes no message: then this launch tries
     // again until it is gone, for at most `patience`. The same holds for the moment between another

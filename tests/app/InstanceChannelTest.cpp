@@ -13,7 +13,10 @@
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTest>
+#include <QProcess>
 #include <QUuid>
+
+#include <unistd.h>
 
 using namespace orvane;
 using namespace std::chrono_literals;
@@ -137,8 +140,7 @@ TEST(LocalSocketInstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArri
     ASSERT_TRUE(primary.listen());
     QSignalSpy messages(&primary, &InstanceChannel::messageReceived);
     QLocalSocket client;
-    client.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
-    client.connectToServer(name);
+    client.connectToServer(primary.socketPath());
     ASSERT_TRUE(client.waitForConnected(30000));
     client.write(QByteArray(InstanceChannel::maxMessageSize + 1, 'x'));
     ASSERT_TRUE(client.waitForBytesWritten(30000));
@@ -146,6 +148,36 @@ TEST(LocalSocketInstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArri
     EXPECT_TRUE(QTest::qWaitFor([&] { return client.state() == QLocalSocket::UnconnectedState; }, 30000));
     QCoreApplication::processEvents();
     EXPECT_EQ(messages.count(), 0);
+}
+
+// Another local user (nobody) holding the abstract names a channel could use stops no launch, and
+// can neither connect to the running instance nor take its claim.
+TEST(LocalSocketInstanceChannel, anotherUserCanNeitherBlockNorReachTheInstance) {
+    if (::geteuid() != 0) GTEST_SKIP() << "acting as another user (nobody) needs root";
+    const QString name = uniqueName();
+    const QString script = QStringLiteral(R"(
+import os, socket, sys, time
+if sys.argv[1] == "squat":
+    held = [socket.socket(socket.AF_UNIX) for _ in sys.argv[2:]]
+    for s, n in zip(held, sys.argv[2:]): s.bind("\0" + n); s.listen()
+    print("ready", flush=True); time.sleep(60)
+for attempt in (lambda: socket.socket(socket.AF_UNIX).connect(sys.argv[2]), lambda: os.open(sys.argv[3], os.O_RDWR | os.O_CREAT)):
+    try: attempt(); print("reached")
+    except OSError: print("refused")
+)");
+    const auto asNobody = [&](QProcess& process, const QStringList& arguments) {
+        process.start("setpriv", QStringList{"--reuid=65534", "--regid=65534", "--clear-groups", "/usr/bin/python3", "-c", script} + arguments);
+    };
+    QProcess squatter, intruder;
+    asNobody(squatter, {"squat", name, name + ".claim"});
+    ASSERT_TRUE(squatter.waitForReadyRead(30000) && squatter.readAll().startsWith("ready")) << squatter.readAllStandardError().toStdString();
+    LocalSocketInstanceChannel primary(name);
+    EXPECT_TRUE(primary.listen());
+    asNobody(intruder, {"reach", primary.socketPath(), primary.socketPath() + ".claim"});
+    ASSERT_TRUE(intruder.waitForFinished(30000));
+    EXPECT_EQ(intruder.readAllStandardOutput(), "refused\nrefused\n");
+    squatter.kill();
+    squatter.waitForFinished();
 }
 #endif
 

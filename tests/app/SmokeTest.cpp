@@ -113,3 +113,11 @@ TEST_F(Smoke, settingsThatAreAFifoAreUnreadableAndLeftAsTheyAre) {
     EXPECT_TRUE(output.contains("UserDefaults: Cannot read " + QFile::encodeName(settingsOf(instance)) + ", starting without"));
     EXPECT_TRUE(QFileInfo(settingsOf(instance)).exists() && !QFileInfo(settingsOf(instance)).isFile());
 }
+
+TEST_F(Smoke, anInstanceNameTooLongForASocketIsRefusedAtOnceWithOneLine) {
+    QProcess process;
+    launch(process, QString(200, QLatin1Char('n')));
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardOutput().contains("is too long for a socket"));
+}

@@ -1,8 +1,10 @@
 #include "platform/linux/LocalSocketInstanceChannel.h"
 
+#include "platform/Diagnostics.h"
 #include "platform/PrivateInstance.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 
@@ -11,9 +13,14 @@
 #include <memory>
 #include <utility>
 
-#include <sys/socket.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace orvane {
 namespace {
@@ -21,37 +28,54 @@ namespace {
 constexpr int connectTimeoutMs = 2000;
 constexpr int writeTimeoutMs = 2000;
 
-std::unique_ptr<QLocalSocket> connectTo(const QString& name) {
+// A folder that is the user's own and no one else may enter or write in; made (mode 0700) when missing.
+bool isPrivateFolder(const QByteArray& path) {
+    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) return false;
+    struct stat status {};
+    return ::lstat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::getuid() &&
+           (status.st_mode & 077) == 0;
+}
+
+// $XDG_RUNTIME_DIR, else ~/.cache/orvane; empty when neither is the user's alone.
+QString privateFolder() {
+    if (const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR"); runtime.startsWith('/') && isPrivateFolder(runtime))
+        return QString::fromLocal8Bit(runtime);
+    QByteArray home = qgetenv("HOME");
+    if (!home.startsWith('/'))
+        if (const passwd* account = ::getpwuid(::getuid()); account && account->pw_dir) home = account->pw_dir;
+    if (!home.startsWith('/')) return {};
+    ::mkdir((home + "/.cache").constData(), 0700);
+    const QByteArray folder = home + "/.cache/orvane";
+    return isPrivateFolder(folder) ? QString::fromLocal8Bit(folder) : QString();
+}
+
+std::unique_ptr<QLocalSocket> connectTo(const QString& path) {
     auto socket = std::make_unique<QLocalSocket>();
-    socket->setSocketOptions(QLocalSocket::AbstractNamespaceOption);
-    socket->connectToServer(name);
+    socket->connectToServer(path);
     if (!socket->waitForConnected(connectTimeoutMs)) return nullptr;
     return socket;
 }
 
-// A socket bound to the abstract name, or -1 when another process holds it (or the name is too long).
-int bindAbstract(const QString& name) {
-    const QByteArray bytes = name.toUtf8();
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (bytes.size() + 1 > qsizetype(sizeof address.sun_path)) return -1;
-    std::memcpy(address.sun_path + 1, bytes.constData(), bytes.size());  // a leading NUL: abstract
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return -1;
-    const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + 1 + bytes.size());
-    if (::bind(fd, reinterpret_cast<const sockaddr*>(&address), length) == 0) return fd;
-    ::close(fd);
-    return -1;
-}
-
 }  // namespace
 
-QString LocalSocketInstanceChannel::defaultName() {
-    return QStringLiteral("%1-%2").arg(forThisInstance(QStringLiteral("com.user.Orvane"))).arg(::getuid());
-}
+QString LocalSocketInstanceChannel::defaultName() { return forThisInstance(QStringLiteral("com.user.Orvane")); }
 
-LocalSocketInstanceChannel::LocalSocketInstanceChannel(QString name, QObject* parent)
-    : InstanceChannel(parent), name_(std::move(name)) {}
+LocalSocketInstanceChannel::LocalSocketInstanceChannel(QString name, QObject* parent) : InstanceChannel(parent) {
+    const QString folder = privateFolder();
+    if (folder.isEmpty()) {
+        diagnostics::printLine("Orvane: no private folder for the instance channel ($XDG_RUNTIME_DIR or ~/.cache/orvane, "
+                               "the user's own and closed to others); set XDG_RUNTIME_DIR to one");
+        return;
+    }
+    const QString path = folder + QLatin1Char('/') + name;
+    // The claim's name is the longer one, and a socket's path has room for 107 bytes.
+    if (QFile::encodeName(path + QStringLiteral(".claim")).size() >= qsizetype(sizeof(sockaddr_un::sun_path))) {
+        diagnostics::printLine("Orvane: the instance name " + name.toStdString() + " is too long for a socket under " +
+                               folder.toStdString() + "; choose a shorter ORVANE_INSTANCE");
+        return;
+    }
+    path_ = path;
+}
 
 // The server and its connections are children; their signals no longer reach this object by then.
 LocalSocketInstanceChannel::~LocalSocketInstanceChannel() {
@@ -64,7 +88,8 @@ void LocalSocketInstanceChannel::activateOtherInstance() {}
 
 bool LocalSocketInstanceChannel::postMessage(const QByteArray& message) {
     if (isListening() || message.isEmpty() || message.size() > maxMessageSize) return false;
-    const auto socket = connectTo(name_);
+    if (path_.isEmpty()) return false;
+    const auto socket = connectTo(path_);
     if (!socket) return false;
     if (socket->write(message) != message.size()) return false;
     while (socket->bytesToWrite() > 0) {
@@ -76,20 +101,22 @@ bool LocalSocketInstanceChannel::postMessage(const QByteArray& message) {
 
 bool LocalSocketInstanceChannel::listen() {
     if (claim_ >= 0) return isListening();
-    claim_ = bindAbstract(name_ + QStringLiteral(".claim"));
+    if (path_.isEmpty()) return false;
+    const QByteArray claimPath = QFile::encodeName(path_ + QStringLiteral(".claim"));
+    claim_ = ::open(claimPath.constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
     if (claim_ < 0) return false;
+    if (::flock(claim_, LOCK_EX | LOCK_NB) != 0) {
+        ::close(std::exchange(claim_, -1));  // another instance holds it
+        return false;
+    }
     if (!server_) {
         server_ = new QLocalServer(this);
-        server_->setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        server_->setSocketOptions(QLocalServer::UserAccessOption);
         connect(server_, &QLocalServer::newConnection, this, &LocalSocketInstanceChannel::acceptConnections);
     }
-    if (server_->listen(name_)) return true;
-    // A live instance holds the name, or a socket file from a build that used the file namespace is in
-    // the way; removing that file is harmless in the first case and clears the second.
-    QLocalServer::removeServer(name_);
-    if (server_->listen(name_)) return true;
-    // An instance of a build without the claim listens under the name (or one that is ending still
-    // does, for a moment): it is the running instance.
+    // A socket file left by an instance that ended without closing it: the claim says it is gone.
+    QLocalServer::removeServer(path_);
+    if (server_->listen(path_)) return true;
     ::close(std::exchange(claim_, -1));
     return false;
 }

@@ -1,4 +1,4 @@
-// The instance channel on Linux: a local socket in the abstract namespace, named per user.
+// The instance channel on Linux: a local socket in a folder of the user's own, named per user.
 #pragma once
 
 #include "platform/InstanceChannel.h"
@@ -10,17 +10,18 @@ class QLocalSocket;
 
 namespace orvane {
 
-// The running instance holds a socket bound to "<name>.claim" (its claim, bound or refused in one step
-// by the kernel) and listens under the name; a later launch connects, writes the message, closes.
-// An abstract name has no file and disappears with its last descriptor, so a crashed instance leaves
-// nothing that could stop the next launch. Main thread only.
+// The running instance holds an exclusive lock on "<name>.claim" (its claim, taken or refused in one
+// step by the kernel, and let go by the kernel when the process ends however it ends) and listens on
+// the socket "<name>"; a later launch connects, writes the message, closes. Both live in
+// $XDG_RUNTIME_DIR, or ~/.cache/orvane without it: folders no other user may enter, so no one else
+// can take the name, block the claim or hear or send a message. Main thread only.
 class LocalSocketInstanceChannel : public InstanceChannel {
     Q_OBJECT
 public:
-    // "com.user.Orvane-<uid>": each user's instances are separate; a private instance's is
-    // "com.user.Orvane-<name>-<uid>".
+    // "com.user.Orvane", or "com.user.Orvane-<name>" for a private instance.
     static QString defaultName();
 
+    // `name` is placed in the user's private folder.
     explicit LocalSocketInstanceChannel(QString name, QObject* parent = nullptr);
     ~LocalSocketInstanceChannel() override;
 
@@ -33,13 +34,16 @@ public:
     bool postMessage(const QByteArray& message) override;
     bool listen() override;
     void stopListening() override;
+    bool isUsable() const override { return !path_.isEmpty(); }
+    // Where the running instance listens; empty when no private folder could be had.
+    QString socketPath() const { return path_; }
 
 private:
     void acceptConnections();
     bool isListening() const;
 
-    QString name_;
-    int claim_ = -1;  // the bound claim socket while this is the instance
+    QString path_;     // the socket; empty when no private folder could be had
+    int claim_ = -1;   // the locked claim file while this is the instance
     QLocalServer* server_ = nullptr;
 };
 
