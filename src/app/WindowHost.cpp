@@ -1,5 +1,6 @@
 #include "app/WindowHost.h"
 
+#include "platform/Diagnostics.h"
 #include "store/UserDefaults.h"
 
 #include <QGuiApplication>
@@ -90,8 +91,9 @@ QString HostedWindow::loadErrors() const {
 
 void HostedWindow::rememberFrame() {
     const QRect frame = view_->geometry();
-    defaults_.setData(WindowHost::frameKey(layout_.autosaveName),
-                      QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height()).toUtf8());
+    const auto failure = defaults_.setData(WindowHost::frameKey(layout_.autosaveName),
+        QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height()).toUtf8());
+    if (failure) diagnostics::printLine("Failed to save the window frame: " + failure->toStdString());
 }
 
 WindowHost::WindowHost(UserDefaults& defaults, std::function<void(QQmlEngine&)> prepareEngine)

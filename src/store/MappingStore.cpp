@@ -145,8 +145,9 @@ void MappingStore::setCapsLockHIDState(bool remapped, bool direct) {
     const bool remappedChanged = remapped != isCapsLockHIDRemapped();
     const bool directChanged = direct != isCapsLockDirectHID();
     table_.setCapsLockHIDState(remapped, direct);
-    defaults_.setBool(hidRemapKey, remapped);
-    defaults_.setBool(hidRemapTypeKey, direct);
+    auto failure = defaults_.setBool(hidRemapKey, remapped);
+    if (const auto second = defaults_.setBool(hidRemapTypeKey, direct); !failure) failure = second;
+    if (failure) print("Failed to save the Caps Lock state: " + failure->toStdString());
     if (remappedChanged) emit isCapsLockHIDRemappedChanged();
     if (directChanged) emit isCapsLockDirectHIDChanged();
 }

@@ -38,13 +38,16 @@ std::unique_ptr<UserDefaults> UserDefaults::openStandard() {
     const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' + organization + u'/' +
                          application + QStringLiteral(".conf");
     if (isNoFile(file)) return unusable(file);
-    return std::make_unique<UserDefaults>(
-        reportingUnreadable(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, organization, application)));
+    auto open = [organization, application] {
+        return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, organization, application);
+    };
+    return std::make_unique<UserDefaults>(reportingUnreadable(open()), nullptr, open);
 }
 
 std::unique_ptr<UserDefaults> UserDefaults::openFile(const QString& path) {
     if (isNoFile(path)) return unusable(path);
-    return std::make_unique<UserDefaults>(reportingUnreadable(std::make_unique<QSettings>(path, QSettings::IniFormat)));
+    auto open = [path] { return std::make_unique<QSettings>(path, QSettings::IniFormat); };
+    return std::make_unique<UserDefaults>(reportingUnreadable(open()), nullptr, open);
 }
 
 std::unique_ptr<UserDefaults> UserDefaults::unusable(const QString& path) {
@@ -54,8 +57,9 @@ std::unique_ptr<UserDefaults> UserDefaults::unusable(const QString& path) {
     return defaults;
 }
 
-UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent)
-    : QObject(parent), settings_(std::move(settings)), location_(settings_ ? settings_->fileName() : QString()) {}
+UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent, std::function<std::unique_ptr<QSettings>()> reopen)
+    : QObject(parent), settings_(std::move(settings)), location_(settings_ ? settings_->fileName() : QString()),
+      reopen_(std::move(reopen)) {}
 
 UserDefaults& UserDefaults::shared() {
     return SharedInstance<UserDefaults>::get([] { return openStandard(); });
@@ -88,37 +92,46 @@ double UserDefaults::doubleValue(const QString& key, double fallback) const {
     return ok ? value : fallback;
 }
 
-std::optional<QString> UserDefaults::setData(const QString& key, const QByteArray& value) {
-    return commit([&] { settings_->setValue(key, value); });
-}
+std::optional<QString> UserDefaults::setData(const QString& key, const QByteArray& value) { return commit(key, QVariant(value)); }
 
-std::optional<QString> UserDefaults::setBool(const QString& key, bool value) {
-    return commit([&] { settings_->setValue(key, value); });
-}
+std::optional<QString> UserDefaults::setBool(const QString& key, bool value) { return commit(key, QVariant(value)); }
 
-std::optional<QString> UserDefaults::setDouble(const QString& key, double value) {
-    return commit([&] { settings_->setValue(key, value); });
-}
+std::optional<QString> UserDefaults::setDouble(const QString& key, double value) { return commit(key, QVariant(value)); }
 
-std::optional<QString> UserDefaults::remove(const QString& key) {
-    return commit([&] { settings_->remove(key); });
-}
+std::optional<QString> UserDefaults::remove(const QString& key) { return commit(key, std::nullopt); }
 
-std::optional<QString> UserDefaults::commit(const std::function<void()>& change) {
+std::optional<QString> UserDefaults::commit(const QString& key, const std::optional<QVariant>& value) {
     std::optional<QString> failure;
     if (!settings_) {
         failure = QStringLiteral("cannot write %1").arg(location_);
     } else {
-        change();
+        if (value) settings_->setValue(key, *value);
+        else settings_->remove(key);
         settings_->sync();
         switch (settings_->status()) {
         case QSettings::NoError: break;
         case QSettings::AccessError: failure = QStringLiteral("cannot write %1").arg(location_); break;
         case QSettings::FormatError: failure = QStringLiteral("%1 is not a valid settings file").arg(location_); break;
         }
+        // QSettings keeps its first error for good: after one failed flush, later ones that work
+        // still report it. Storage read afresh tells; a flush that worked wrote every pending change,
+        // so the fresh object takes over with a clean status.
+        if (failure && storageHolds(key, value)) failure.reset();
     }
     emit changed();
     return failure;
+}
+
+bool UserDefaults::storageHolds(const QString& key, const std::optional<QVariant>& value) {
+    if (!reopen_) return false;
+    auto fresh = reopen_();
+    if (fresh->status() != QSettings::NoError) return false;
+    const QVariant stored = fresh->value(key);
+    // The INI format gives every value but bytes back as text.
+    const bool holds = value ? fresh->contains(key) && (stored == *value || stored.toString() == value->toString())
+                             : !fresh->contains(key);
+    if (holds) settings_ = std::move(fresh);
+    return holds;
 }
 
 }  // namespace orvane

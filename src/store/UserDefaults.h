@@ -24,8 +24,10 @@ public:
     // Both open nothing that is no regular file (a FIFO would block the open): that session reads no
     // settings, every write fails, and what is at the path stays as it is.
 
-    // Null settings are such a session.
-    explicit UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent = nullptr);
+    // Null settings are such a session. `reopen` makes the same settings afresh; with it a write
+    // after an earlier failed one is judged by what storage holds (see commit).
+    explicit UserDefaults(std::unique_ptr<QSettings> settings, QObject* parent = nullptr,
+                          std::function<std::unique_ptr<QSettings>()> reopen = {});
 
     // The process-wide database; openStandard() unless one was installed before first use.
     static UserDefaults& shared();
@@ -51,11 +53,13 @@ signals:
 
 private:
     static std::unique_ptr<UserDefaults> unusable(const QString& path);
-    // Makes the change and flushes it.
-    std::optional<QString> commit(const std::function<void()>& change);
+    // Sets (or, without a value, removes) the key and flushes it.
+    std::optional<QString> commit(const QString& key, const std::optional<QVariant>& value);
+    bool storageHolds(const QString& key, const std::optional<QVariant>& value);
 
     std::unique_ptr<QSettings> settings_;
     QString location_;
+    std::function<std::unique_ptr<QSettings>()> reopen_;
 };
 
 }  // namespace orvane

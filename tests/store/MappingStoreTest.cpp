@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -187,13 +188,19 @@ TEST_F(MappingStoreTest, removalAndMovesAtPositionSets) {
     EXPECT_EQ(order(*openStore()), "BD");
 }
 
-TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheListStays) {
+// A failed save is reported and the list stays; once storage works again, a save is reported by what it did.
+TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheNextOneThatWorksIsNot) {
     ASSERT_TRUE(QFile(dir.filePath("not-a-folder")).open(QIODevice::WriteOnly));
     auto unwritable = UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini"));
     const auto store = openStore(unwritable.get());
-    const KeyMapping m = mapping(KeyCode::a, TargetAction::key(KeyCode::b));
+    const KeyMapping m = mapping(KeyCode::a, TargetAction::key(KeyCode::b)), n = mapping(KeyCode::c, TargetAction::block());
     store->addMapping(m);
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();
     EXPECT_EQ(store->mappings(), std::vector{m});
+    ASSERT_TRUE(QFile::remove(dir.filePath("not-a-folder")) && QDir(dir.path()).mkdir("not-a-folder"));
+    lines.clear();
+    store->addMapping(n);
+    EXPECT_TRUE(lines.empty()) << lines.front();
+    EXPECT_EQ(openStore(UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini")).get())->mappings(), (std::vector{m, n}));
 }
