@@ -45,4 +45,7 @@ bool trayIconClickOpensMenu();
 // (no X11 screen, an icon not yet placed in its panel).
 std::optional<int> trayPanelLightness(const QRect& iconGeometry);
 
+// The process's resident memory in KiB, as the system counts it; nothing where it cannot be read.
+std::optional<long long> residentMemoryKiB();
+
 }  // namespace orvane

@@ -1,7 +1,10 @@
 // The Linux choices: a per-user local socket between launches; no reopen, secure input or HID resets
-// (orvane-hidutil gives keyboards plugged in later the mapping in force).
+// (orvane-hidutil gives keyboards plugged in later the mapping in force); resident memory from /proc.
 #include "platform/PlatformServices.h"
 #include "platform/linux/LocalSocketInstanceChannel.h"
+
+#include <fstream>
+#include <string>
 
 namespace orvane {
 
@@ -19,5 +22,12 @@ std::function<bool()> secureInputQuery() { return {}; }
 void activateApplication() {}
 
 bool trayIconClickOpensMenu() { return false; }
+
+std::optional<long long> residentMemoryKiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmRSS:")) return std::stoll(line.substr(6));
+    return std::nullopt;
+}
 
 }  // namespace orvane

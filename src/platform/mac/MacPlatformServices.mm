@@ -1,10 +1,12 @@
-// The macOS choices: the message-port handover, the reopen Apple event, secure input, activation.
+// The macOS choices: the message-port handover, the reopen Apple event, secure input, activation,
+// resident memory from the task's own accounting.
 #include "platform/PlatformServices.h"
 #include "platform/PrivateInstance.h"
 #include "platform/mac/MessagePortInstanceChannel.h"
 
 #import <AppKit/AppKit.h>
 #include <Carbon/Carbon.h>
+#include <mach/mach.h>
 
 namespace {
 
@@ -67,6 +69,14 @@ void activateApplication() {
 }
 
 bool trayIconClickOpensMenu() { return true; }
+
+std::optional<long long> residentMemoryKiB() {
+    mach_task_basic_info_data_t info{};
+    mach_msg_type_number_t count = MACH_TASK_BASIC_INFO_COUNT;
+    if (task_info(mach_task_self(), MACH_TASK_BASIC_INFO, reinterpret_cast<task_info_t>(&info), &count) != KERN_SUCCESS)
+        return std::nullopt;
+    return static_cast<long long>(info.resident_size / 1024);
+}
 
 // The menu bar tints the status item's template image itself.
 std::optional<int> trayPanelLightness(const QRect&) { return std::nullopt; }
