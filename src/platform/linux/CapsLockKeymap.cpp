@@ -1,5 +1,7 @@
 #include "platform/linux/CapsLockKeymap.h"
 
+#include "platform/linux/PrivateFolder.h"
+
 #include <fcntl.h>
 #include <linux/input-event-codes.h>
 
@@ -86,7 +88,7 @@ KeymapResult resultOf(const std::vector<std::string>& errors) {
 KeymapResult setCapsLockMapping(std::optional<std::uint16_t> target, const std::filesystem::path& statePath,
                                 const std::filesystem::path& inputDirectory) {
     std::optional<UniqueFd> lock;
-    if (auto error = prepareStateDirectory(statePath.parent_path())) return {false, *error};
+    if (auto error = makePrivateFolder(statePath.parent_path())) return {false, *error};
     if (auto error = lockKeymapState(statePath, lock)) return {false, *error};
     std::string readError;
     const auto before = readKeymapState(statePath, readError);

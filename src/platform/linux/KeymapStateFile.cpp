@@ -1,9 +1,10 @@
 #include "platform/linux/KeymapStateFile.h"
 
+#include "platform/linux/PrivateFolder.h"
+
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -65,13 +66,8 @@ int openRegular(const std::string& path, int flags, std::string& error) {
 }  // namespace
 
 std::filesystem::path defaultKeymapStatePath() {
-    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr && runtime[0] == '/')
-        return std::filesystem::path(runtime) / "orvane-hidutil.json";
-    std::filesystem::path cache;
-    if (const char* home = std::getenv("XDG_CACHE_HOME"); home != nullptr && home[0] == '/') cache = home;
-    else if (const char* user = std::getenv("HOME"); user != nullptr && user[0] == '/') cache = std::filesystem::path(user) / ".cache";
-    else if (const passwd* account = ::getpwuid(::geteuid()); account != nullptr && account->pw_dir) cache = std::filesystem::path(account->pw_dir) / ".cache";
-    return cache / "orvane-hidutil" / "state.json";
+    if (const auto runtime = runtimeFolder(); !runtime.empty()) return runtime / "orvane-hidutil.json";
+    return userCacheFolder() / "orvane-hidutil" / "state.json";
 }
 
 std::optional<KeymapState> readKeymapState(const std::filesystem::path& statePath, std::string& error) {
@@ -115,19 +111,6 @@ std::optional<std::string> saveKeymapState(const std::filesystem::path& statePat
         ::unlink(temporary.c_str());
         return error;
     }
-    return std::nullopt;
-}
-
-std::optional<std::string> prepareStateDirectory(const std::filesystem::path& directory) {
-    const auto make = [](const std::filesystem::path& path) { return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST; };
-    // The cache folder itself may be missing on a fresh account: it is made too, one level only.
-    if (!make(directory) && (errno != ENOENT || !make(directory.parent_path()) || !make(directory)))
-        return systemError("cannot create " + directory.string(), errno);
-    struct stat status {};
-    if (::lstat(directory.c_str(), &status) != 0) return systemError("cannot read " + directory.string(), errno);
-    if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid())
-        return directory.string() + " is not a directory of this user's own";
-    if (status.st_mode & (S_IWGRP | S_IWOTH)) return directory.string() + " can be written by other users";
     return std::nullopt;
 }
 

@@ -48,10 +48,6 @@ KeymapState loadKeymapState(const std::filesystem::path& statePath);
 // flushed to disk, renamed over it. The error, if any.
 std::optional<std::string> saveKeymapState(const std::filesystem::path& statePath, const KeymapState& state);
 
-// The state's directory exists, is the user's own and no one else may write in it; created (mode
-// 0700) when missing. The error, if any.
-std::optional<std::string> prepareStateDirectory(const std::filesystem::path& directory);
-
 // Takes an exclusive lock on "<state>.lock", held while `lock` lives. The error, if any.
 std::optional<std::string> lockKeymapState(const std::filesystem::path& statePath, std::optional<UniqueFd>& lock);
 

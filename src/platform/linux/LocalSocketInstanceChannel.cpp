@@ -2,25 +2,21 @@
 
 #include "platform/Diagnostics.h"
 #include "platform/PrivateInstance.h"
+#include "platform/linux/PrivateFolder.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 
-#include <cstddef>
-#include <cstring>
 #include <memory>
 #include <utility>
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cerrno>
 
 namespace orvane {
 namespace {
@@ -28,25 +24,11 @@ namespace {
 constexpr int connectTimeoutMs = 2000;
 constexpr int writeTimeoutMs = 2000;
 
-// A folder that is the user's own and no one else may enter or write in; made (mode 0700) when missing.
-bool isPrivateFolder(const QByteArray& path) {
-    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) return false;
-    struct stat status {};
-    return ::lstat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::getuid() &&
-           (status.st_mode & 077) == 0;
-}
-
 // $XDG_RUNTIME_DIR, else ~/.cache/orvane; empty when neither is the user's alone.
 QString privateFolder() {
-    if (const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR"); runtime.startsWith('/') && isPrivateFolder(runtime))
-        return QString::fromLocal8Bit(runtime);
-    QByteArray home = qgetenv("HOME");
-    if (!home.startsWith('/'))
-        if (const passwd* account = ::getpwuid(::getuid()); account && account->pw_dir) home = account->pw_dir;
-    if (!home.startsWith('/')) return {};
-    ::mkdir((home + "/.cache").constData(), 0700);
-    const QByteArray folder = home + "/.cache/orvane";
-    return isPrivateFolder(folder) ? QString::fromLocal8Bit(folder) : QString();
+    if (const auto runtime = runtimeFolder(); !runtime.empty() && !makePrivateFolder(runtime)) return QString::fromStdString(runtime);
+    const auto cache = userCacheFolder() / "orvane";
+    return makePrivateFolder(cache) ? QString() : QString::fromStdString(cache);
 }
 
 std::unique_ptr<QLocalSocket> connectTo(const QString& path) {
