@@ -1,6 +1,7 @@
 #include "store/HIDUtil.h"
 
 #include "platform/Diagnostics.h"
+#include "store/DescriptorReserve.h"
 
 #include <QProcess>
 #include <QStringDecoder>
@@ -17,7 +18,10 @@ bool reportsError(const QString& output) { return output.contains(QLatin1String(
 
 }  // namespace
 
-HIDUtil::HIDUtil(QString toolPath, int timeoutSeconds) : toolPath_(std::move(toolPath)), timeoutSeconds_(timeoutSeconds) {}
+// Fills the reserve while descriptors are plentiful, before anything can have used them up.
+HIDUtil::HIDUtil(QString toolPath, int timeoutSeconds) : toolPath_(std::move(toolPath)), timeoutSeconds_(timeoutSeconds) {
+    DescriptorReserve::forTools();
+}
 
 QString HIDUtil::remapText(std::uint64_t source, std::uint64_t destination) {
     return QStringLiteral(R"({"UserKeyMapping":[{"HIDKeyboardModifierMappingSrc":)") + QString::number(source) +
@@ -29,14 +33,21 @@ QString HIDUtil::runHidutil(const QStringList& arguments, ToolRunControl* contro
     if (!control) control = &unlimited;
     const auto allowance = control->allowance(std::chrono::seconds(timeoutSeconds_));
     if (!allowance) return QStringLiteral("error: not run, Orvane is quitting");
+    // Declared before the process, so that the reserve is topped up once the process has let go of its pipes.
+    const struct TopUp {
+        ~TopUp() { DescriptorReserve::forTools().refill(); }
+    } topUpAfterwards;
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProgram(toolPath_);
     process.setArguments(arguments);
     // Its own process group, so that a time-out ends whatever the tool started as well.
     process.setChildProcessModifier([] { ::setpgid(0, 0); });
-    process.start(QIODevice::ReadOnly);
-    if (!process.waitForStarted(-1)) {
+    const bool started = DescriptorReserve::forTools().whileReleased([&] {
+        process.start(QIODevice::ReadOnly);
+        return process.waitForStarted(-1);
+    });
+    if (!started) {
         const QString description = process.errorString();
         print(QStringLiteral("HIDUtil: Failed to run hidutil: ") + description);
         return QStringLiteral("error: ") + description;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QHash>
 #include <QLocalSocket>
 #include <QSignalSpy>
@@ -148,6 +149,27 @@ TEST(LocalSocketInstanceChannel, aSenderOfMoreThanAMessageIsCutOffAndNothingArri
     EXPECT_TRUE(QTest::qWaitFor([&] { return client.state() == QLocalSocket::UnconnectedState; }, 30000));
     QCoreApplication::processEvents();
     EXPECT_EQ(messages.count(), 0);
+}
+
+// Connections that never send hold only a few of the instance's descriptors, for a moment each, and a
+// launch's message queued behind them still arrives.
+TEST(LocalSocketInstanceChannel, idleConnectionsAreCappedAndDroppedAndAMessageStillArrives) {
+    const auto openDescriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+    const QString name = uniqueName();
+    LocalSocketInstanceChannel primary(name);
+    ASSERT_TRUE(primary.listen());
+    QSignalSpy messages(&primary, &InstanceChannel::messageReceived);
+    const auto before = openDescriptors();
+    std::vector<std::unique_ptr<QLocalSocket>> idle(3 * LocalSocketInstanceChannel::maxOpenConnections);
+    for (auto& client : idle) {
+        client = std::make_unique<QLocalSocket>();
+        client->connectToServer(primary.socketPath());
+        ASSERT_TRUE(client->waitForConnected(30000));
+    }
+    QTest::qWait(200);
+    EXPECT_LE(openDescriptors() - before, qsizetype(idle.size()) + LocalSocketInstanceChannel::maxOpenConnections + 2);
+    EXPECT_TRUE(LocalSocketInstanceChannel(name).postMessage("hello"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return messages.count() == 1; }, 30000));
 }
 
 // Another local user (nobody) holding the abstract names a channel could use stops no launch, and

@@ -14,7 +14,10 @@
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 struct Smoke : ::testing::Test {
     QTemporaryDir config;
@@ -30,8 +33,9 @@ struct Smoke : ::testing::Test {
         settings.setValue("Orvane.LastUpdateCheck", QDateTime::currentSecsSinceEpoch());
         settings.setValue("Orvane.CapsLockHIDRemapped", capsLockRemapped);
     }
-    void launch(QProcess& process, const QString& name, bool underNohup = false) {
+    void launch(QProcess& process, const QString& name, bool underNohup = false, const QString& runtimeFolder = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!runtimeFolder.isEmpty()) environment.insert("XDG_RUNTIME_DIR", runtimeFolder);
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         environment.insert("QT_QUICK_BACKEND", "software");
         environment.insert("XDG_CONFIG_HOME", config.path());
@@ -120,4 +124,39 @@ TEST_F(Smoke, anInstanceNameTooLongForASocketIsRefusedAtOnceWithOneLine) {
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 1);
     EXPECT_TRUE(process.readAllStandardOutput().contains("is too long for a socket"));
+}
+
+TEST_F(Smoke, aLaunchThatFindsTheInstanceHeldButNeverAnsweringGivesUpWithOneLine) {
+    QTemporaryDir runtime;  // made the user's own and closed to others
+    const QByteArray claim = QFile::encodeName(runtime.filePath("com.user.Orvane-" + instance + ".claim"));
+    const int held = ::open(claim.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_TRUE(held >= 0 && ::flock(held, LOCK_EX) == 0);  // an instance that stopped taking messages
+    QProcess process;
+    launch(process, instance, false, runtime.path());
+    ASSERT_TRUE(process.waitForFinished(120000));
+    ::close(held);
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardOutput().contains("took no message for 30 s; quit it, or end its process"));
+}
+
+// Standard output a pipe whose reader has gone, and SIGPIPE's default action: the lines fail, the
+// quit still runs its clear.
+TEST_F(Smoke, aClosedStandardOutputEndsNothingAndTheQuitStillClears) {
+    prepare(instance, true);
+    int output[2];
+    ASSERT_EQ(::pipe(output), 0);
+    ::close(output[0]);
+    QProcess process;
+    process.setChildProcessModifier([writer = output[1]] {
+        ::signal(SIGPIPE, SIG_DFL);
+        ::dup2(writer, STDOUT_FILENO);
+    });
+    launch(process, instance);
+    ::close(output[1]);
+    // The clear of the mapping left by an earlier run, then the start-up lines, all into the broken pipe.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !tool.calls().empty() || process.state() == QProcess::NotRunning; }, 120000));
+    QTest::qWait(3000);
+    const auto callsBefore = tool.calls().size();
+    EXPECT_TRUE(quitsInOrder(process)) << process.exitStatus() << " " << process.exitCode() << process.readAllStandardError().toStdString();
+    EXPECT_GT(tool.calls().size(), callsBefore);
 }

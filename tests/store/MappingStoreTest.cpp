@@ -13,6 +13,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 using namespace orvane;
 using namespace orvane::testing;
 
@@ -115,6 +119,24 @@ TEST_F(HIDUtilTest, aToolEndedByASignalFailsAndARunawayAnswerIsCut) {
     orvane::testing::FakeHidutil talkative;
     talkative.setOutput(huge);
     EXPECT_EQ(HIDUtil(talkative.path()).runHidutil({"x"}), QString::fromLatin1(huge.left(HIDUtil::maxOutputBytes)));
+}
+
+TEST_F(HIDUtilTest, theToolStillRunsWhenTheProcessHasNoDescriptorsLeft) {
+    // A first run as at start-up; it also spares the sanitizer's type checks, which need a pipe, later.
+    const HIDUtil hid(tool.path());
+    ASSERT_TRUE(hid.clearRemapping());
+    rlimit saved{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &saved), 0);
+    rlimit low = saved;
+    low.rlim_cur = std::min<rlim_t>(saved.rlim_cur, 512);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &low), 0);
+    std::vector<int> fillers;
+    for (int fd; (fd = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) >= 0;) fillers.push_back(fd);
+    const bool cleared = hid.clearRemapping();
+    for (const int fd : fillers) ::close(fd);
+    ::setrlimit(RLIMIT_NOFILE, &saved);
+    EXPECT_TRUE(cleared) << (lines.empty() ? "" : lines.front());
+    EXPECT_FALSE(fillers.empty());
 }
 
 // What the store feeds a decision (the first enabled Caps Lock mapping) and keeps of its result.

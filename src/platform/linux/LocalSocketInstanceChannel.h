@@ -5,7 +5,7 @@
 
 #include <QString>
 
-class QLocalServer;
+class QSocketNotifier;
 class QLocalSocket;
 
 namespace orvane {
@@ -35,16 +35,23 @@ public:
     bool listen() override;
     void stopListening() override;
     bool isUsable() const override { return !path_.isEmpty(); }
+    // At most this many connections are read at once; more wait in the kernel's queue, costing this
+    // process nothing. A connection that has not ended its message within idleTimeoutMs is dropped.
+    static constexpr int maxOpenConnections = 8;
+    static constexpr int idleTimeoutMs = 1000;
     // Where the running instance listens; empty when no private folder could be had.
     QString socketPath() const { return path_; }
 
 private:
     void acceptConnections();
+    void read(QLocalSocket* socket);
     bool isListening() const;
 
     QString path_;     // the socket; empty when no private folder could be had
     int claim_ = -1;   // the locked claim file while this is the instance
-    QLocalServer* server_ = nullptr;
+    int listener_ = -1;  // the listening socket while this is the instance and takes messages
+    QSocketNotifier* accepting_ = nullptr;
+    int openConnections_ = 0;
 };
 
 }  // namespace orvane
