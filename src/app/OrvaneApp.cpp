@@ -41,7 +41,7 @@ int runOrvaneApp(int argc, char** argv) {
     // Another instance runs: wake it, ask it to open its configuration window, and leave before
     // anything with effects (the store's Caps Lock decisions, its clear at quit, settings) exists.
     // Until then a logout or kill simply ends the process.
-    auto channel = createInstanceChannel({AppDelegate::openConfigurationMessage()});
+    auto channel = createInstanceChannel();
     using Claim = InstanceChannel::Claim;
     switch (channel->claimOrHandOver(AppDelegate::openConfigurationMessage(), quittingInstancePatience)) {
     case Claim::ours: break;

@@ -3,8 +3,6 @@
 
 #include "platform/InstanceChannel.h"
 
-#include <QByteArray>
-#include <QList>
 #include <QRect>
 
 #include <functional>
@@ -13,9 +11,8 @@
 
 namespace orvane {
 
-// The channel between two launches of the application by the same user. `messages` are the ones the
-// application acts on; where a message travels as a named system notification, only these are heard.
-std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>& messages);
+// The channel between two launches of the application by the same user.
+std::unique_ptr<InstanceChannel> createInstanceChannel();
 
 // Calls onQuitRequest on the main thread when the system asks the process to end (a logout, a
 // kill); a no-op where the platform delivers such requests as an ordinary application quit.

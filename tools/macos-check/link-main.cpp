@@ -37,7 +37,7 @@ int main() {
     LoginItem::installShared(nullptr);
     (void)hidToolPath();
 
-    const std::unique_ptr<InstanceChannel> channel = createInstanceChannel({"message"});
+    const std::unique_ptr<InstanceChannel> channel = createInstanceChannel();
     if (channel->claimOrHandOver("message", std::chrono::milliseconds(0)) == InstanceChannel::Claim::ours) channel->stopListening();
     installQuitRequestHandler([] {});
     installReopenHandler([] {});

@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>&) {
+std::unique_ptr<InstanceChannel> createInstanceChannel() {
     return std::make_unique<LocalSocketInstanceChannel>(LocalSocketInstanceChannel::defaultName());
 }
 

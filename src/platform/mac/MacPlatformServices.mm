@@ -32,7 +32,7 @@ namespace orvane {
 
 // The port's name is fixed, so an executable run outside its bundle is an instance too; a private
 // instance's port carries its name, and it activates no other application.
-std::unique_ptr<InstanceChannel> createInstanceChannel(const QList<QByteArray>&) {
+std::unique_ptr<InstanceChannel> createInstanceChannel() {
     const QString bundleIdentifier =
         privateInstanceName().isEmpty() ? QString::fromNSString(NSBundle.mainBundle.bundleIdentifier) : QString();
     return std::make_unique<MessagePortInstanceChannel>(forThisInstance(QStringLiteral("com.user.Orvane")) + QStringLiteral(".instance"),
