@@ -256,7 +256,7 @@ int main(int argc, char** argv) {
         std::string command;
         bool orvane;
         unsigned code;
-        Samples pooled;
+        Samples pooled{};
         double cpuMicroseconds = 0;
         long switches = 0;
         int events = 0;
