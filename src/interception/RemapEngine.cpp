@@ -6,7 +6,7 @@ namespace {
 // Replacement events for a mapping. pressAndRelease turns one toggle into a whole press.
 TapDecision performAction(const KeyMapping& mapping, bool isKeyDown, bool pressAndRelease) {
     const TargetAction& action = mapping.targetAction;
-    if (action.kind() == TargetAction::Kind::block) return TapDecision::drop();
+    if (!action.hasKey()) return TapDecision::drop();
     const auto virtualKeyCode = static_cast<std::uint16_t>(rawValue(action.keyCode()));
     std::optional<std::uint64_t> flags;
     // Modifiers travel only as flags on the key's own events; none set leaves the platform's flags.

@@ -42,13 +42,16 @@ std::string describeTarget(const TargetAction& target) {
     case TargetAction::Kind::combination:
         if (target.modifiers().isEmpty()) return std::string(displayName(target.keyCode()));
         return target.modifiers().modifierSymbols() + std::string(symbol(target.keyCode()));
+    case TargetAction::Kind::modifiers: return target.modifiers().modifierSymbols();
     }
     return {};
 }
 
 std::optional<std::string> interceptionInfo(const DebugEvent& record) {
     if (!record.mapping) return std::nullopt;
-    return std::string("\u26A1 ") + (record.isMappedInHIDLayer ? "HID" : "Tap") + " \u2192 " + describeTarget(record.mapping->targetAction);
+    std::string text = std::string("\u26A1 ") + (record.isMappedInHIDLayer ? "HID" : "Tap") + " \u2192 " + describeTarget(record.mapping->targetAction);
+    if (record.mapping->aloneKey) text += "  \u00B7 " + record.mapping->aloneLabel();
+    return text;
 }
 
 }  // namespace orvane::debugwords
