@@ -54,4 +54,16 @@ std::optional<std::string> interceptionInfo(const DebugEvent& record) {
     return text;
 }
 
+std::optional<std::string> dualRoleInfo(const DebugEvent& record) {
+    if (!record.dualRole) return std::nullopt;
+    switch (*record.dualRole) {
+    case DualRoleOutcome::aloneKeySent:
+        if (record.mapping && record.mapping->aloneKey) return "alone key " + std::string(symbol(*record.mapping->aloneKey)) + " sent";
+        return "alone key sent";
+    case DualRoleOutcome::heldRoleApplied: return "held role applied";
+    case DualRoleOutcome::heldTooLong: return "held past the alone time: nothing typed";
+    }
+    return std::nullopt;
+}
+
 }  // namespace orvane::debugwords
