@@ -29,7 +29,7 @@ TapEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0) {
 
 void runDecision(benchmark::State& state, KeyMapping last, TapEvent event) {
     const IndexedMappings lookup = listEndingWith(static_cast<std::size_t>(state.range(0)), last);
-    const RemapEngine engine(lookup);
+    RemapEngine engine(lookup);
     for (auto _ : state) {
         benchmark::DoNotOptimize(event);
         TapDecision decision = engine.handleEvent(event);

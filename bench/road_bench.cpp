@@ -25,7 +25,7 @@ void replacedKeyWithCapture(benchmark::State& state) { runRoad(state, true, KeyC
 // The engine's decision alone for the same replaced key and list, to compare the road against.
 void engineDecisionAlone(benchmark::State& state) {
     Road road(false);
-    const RemapEngine engine(*road.store);
+    RemapEngine engine(*road.store);
     const TapEvent event = TapEvent::decode(TapEventType::keyDown, static_cast<std::uint16_t>(rawValue(KeyCode::a)), 0, 0);
     for (auto _ : state) {
         benchmark::DoNotOptimize(event);

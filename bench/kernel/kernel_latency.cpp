@@ -1,5 +1,5 @@
-// Added latency of key remapping on a real kernel, side by side: Orvane (A → B; Caps Lock → Escape)
-// and interception-tools (passing A through; caps2esc on Caps Lock), on the same uinput "physical"
+// Added latency of key remapping on a real kernel, side by side: Orvane (A → B; Caps Lock → Escape;
+// Caps Lock as Control with Escape alone) and interception-tools (passing A through; caps2esc on Caps Lock), on the same uinput "physical"
 // keyboard, in interleaved rounds; also Orvane's CPU time and wake-ups while idle.
 // Runs inside tools/kernel-vm (scripts/bench starts it there).
 #include "interception/EventTapManager.h"
@@ -60,9 +60,12 @@ int serve(const std::string& which) {
     // remapped below the taps, by the keyboard backend for a keyboard without a settable keymap.
     const char* tool = std::getenv("ORVANE_HIDUTIL");
     MappingStore store(*defaults, HIDUtil(tool ? QString::fromLocal8Bit(tool) : dir.filePath("no-hid-tool")));
-    const KeyCode source = which == "caps" ? KeyCode::capsLock : KeyCode::a;
-    const KeyCode target = which == "caps" ? KeyCode::escape : KeyCode::b;
-    store.setMappings({{Uuid::random(), SourceKey::regular(source), TargetAction::key(target), true}});
+    KeyMapping mapping{Uuid::random(), SourceKey::regular(KeyCode::a), TargetAction::key(KeyCode::b), true};
+    if (which == "caps") mapping = {mapping.id, SourceKey::regular(KeyCode::capsLock), TargetAction::key(KeyCode::escape), true};
+    // Caps Lock held as Control, tapped alone as Escape: caps2esc's two roles.
+    if (which == "alone")
+        mapping = {mapping.id, SourceKey::regular(KeyCode::capsLock), TargetAction::modifiersOnly({.control = true}), true, KeyCode::escape};
+    store.setMappings({mapping});
     store.waitForCapsLockDecisions();
     EventTapManager manager(events, store);
     if (!manager.start()) return 1;
@@ -267,6 +270,9 @@ int main(int argc, char** argv) {
         {"(c) Orvane, Caps Lock -> Escape", self + " --serve caps", true, KEY_CAPSLOCK},
         {"(d) interception-tools with caps2esc, Caps Lock", "interception -g " + physical + " | caps2esc | uinput -d " + physical,
          false, KEY_CAPSLOCK},
+        // Its press answers with Control, its release with Control's release and then Escape: both are timed
+        // (caps2esc answers the release alone), to the first event of each answer.
+        {"(e) Orvane, Caps Lock -> Control, Escape alone", self + " --serve alone", true, KEY_CAPSLOCK},
     };
     std::printf("added latency of a key event on a uinput keyboard, %d rounds of %d events (us, write to the output's stamp):\n",
                 rounds, presses * 2);
@@ -298,7 +304,8 @@ int main(int argc, char** argv) {
         const double denominator = percentile(setups[b].pooled, 0.5);
         return denominator > 0 ? percentile(setups[a].pooled, 0.5) / denominator : 0.0;
     };
-    std::printf("ratio of medians, (a) / (b): %.2f\nratio of medians, (c) / (d): %.2f\n", ratio(0, 1), ratio(2, 3));
+    std::printf("ratio of medians, (a) / (b): %.2f\nratio of medians, (c) / (d): %.2f\nratio of medians, (e) / (d): %.2f\n", ratio(0, 1),
+                ratio(2, 3), ratio(4, 3));
 
     // Where the time goes: the system calls of each remapper (all its processes) over one more round.
     if (std::getenv("ORVANE_LATENCY_PROFILE")) {

@@ -1,6 +1,7 @@
 // The record of one keyboard event captured for the key event debugger: what arrived and what a mapping does with it.
 #pragma once
 
+#include "interception/RemapEngine.h"
 #include "interception/TapEvent.h"
 #include "model/Mapping.h"
 #include "model/Uuid.h"
@@ -25,6 +26,9 @@ struct DebugEvent {
     bool isMappedInHIDLayer = false;
     // The main tap was running at capture time, so the mapping was in force.
     bool isInterceptionActive = false;
+    // What a key with two roles did because of this event: its release tapped the alone key or
+    // typed nothing, or this key made a held one take its held role.
+    std::optional<DualRoleOutcome> dualRole;
 };
 
 }  // namespace orvane

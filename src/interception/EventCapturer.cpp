@@ -54,6 +54,8 @@ void EventCapturer::handleCapturedEvent(std::uint32_t type, const PlatformEvent*
     record.event = readTapEvent(events_, type, event);
     // Events we posted ourselves are not the keyboard's.
     if (record.event.isSynthetic || isNoise(record.event)) return;
+    // Asked before the main tap sees the event: this tap stands in front of it.
+    record.dualRole = manager_.dualRoleOutcome(record.event);
     findMapping(record);
     record.id = Uuid::random();
     record.timestamp = std::chrono::system_clock::now();

@@ -31,6 +31,8 @@ bool EventTapManager::start() {
         return false;
     case InstalledTap::Result::installed: break;
     }
+    engine_.reset();
+    engine_.setAloneTime(store_.aloneTime());
     setRunning(true);
     setLastError(std::nullopt);
     store_.updateCapsLockHIDRemap();
@@ -65,7 +67,9 @@ PlatformEvent* EventTapManager::handle(std::uint32_t type, PlatformEvent* event)
     }
     const TapDecision decision = engine_.handleEvent(readTapEvent(events_, type, event));
     switch (decision.kind()) {
-    case TapDecision::Kind::pass: return event;
+    case TapDecision::Kind::pass:
+        if (decision.passFlags()) events_.setFlags(event, *decision.passFlags());
+        return event;
     case TapDecision::Kind::drop: return nullptr;
     case TapDecision::Kind::replace: post(decision); return nullptr;
     }
@@ -80,6 +84,7 @@ void EventTapManager::post(const TapDecision& decision) {
             diagnostics::printLine("Failed to create keyboard event for keycode " + std::to_string(synthetic.virtualKeyCode));
             continue;
         }
+        if (synthetic.isModifierChange) events_.setType(event.get(), TapEventType::flagsChanged);
         if (synthetic.flags) events_.setFlags(event.get(), *synthetic.flags);
         events_.setIntegerField(event.get(), EventField::eventSourceUserData, syntheticEventMarker);
         events_.postToHID(event.get());

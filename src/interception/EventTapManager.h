@@ -46,6 +46,10 @@ public:
 
     // The tap while running (the system may disable it; the simulator does so on request).
     const EventSystem::TapHandle& eventTap() const { return tap_.tap(); }
+    // What the engine would make of this event for a key with two roles (the debugger's account).
+    std::optional<DualRoleOutcome> dualRoleOutcome(const TapEvent& event) const {
+        return isRunning_ ? engine_.outcomeOf(event) : std::nullopt;
+    }
 
 signals:
     void isRunningChanged(bool isRunning);

@@ -19,6 +19,7 @@ struct TapEvent {
     std::uint64_t flags = 0;              // the modifier flags held at the event
     std::optional<std::int16_t> subtype;  // system-defined events; none when the conversion failed
     std::int64_t data1 = 0;               // system-defined events: the first data word
+    std::uint64_t timestamp = 0;          // the event's own time, in nanoseconds of a steady clock
 
     // ---- Decoded ----
     bool isSynthetic = false;               // we posted it: it carries syntheticEventMarker
@@ -39,16 +40,26 @@ struct SyntheticKeyEvent {
     bool isKeyDown = false;
     // When present, replaces all flags of the new event; when absent, the platform's flags stay.
     std::optional<std::uint64_t> flags;
+    // A modifier key's change, posted as a flags-changed event (its flags then say its state).
+    bool isModifierChange = false;
 
     friend bool operator==(const SyntheticKeyEvent&, const SyntheticKeyEvent&) = default;
 };
 
-// pass, drop, or replace by one or two events. Holds its events inline: deciding never allocates.
+// pass (possibly with other flags), drop, or replace by up to eight events. Holds its events inline:
+// deciding never allocates.
 class TapDecision {
 public:
     enum class Kind : std::uint8_t { pass, drop, replace };
+    static constexpr std::size_t capacity = 8;
 
     static constexpr TapDecision pass() { return TapDecision(Kind::pass); }
+    // The event goes on carrying exactly these flags (modifiers held by a key with two roles).
+    static constexpr TapDecision pass(std::uint64_t flags) {
+        TapDecision decision(Kind::pass);
+        decision.passFlags_ = flags;
+        return decision;
+    }
     static constexpr TapDecision drop() { return TapDecision(Kind::drop); }
     static constexpr TapDecision replace(SyntheticKeyEvent only) {
         TapDecision decision(Kind::replace);
@@ -58,12 +69,21 @@ public:
     }
     static constexpr TapDecision replace(SyntheticKeyEvent first, SyntheticKeyEvent second) {
         TapDecision decision(Kind::replace);
-        decision.events_ = {first, second};
+        decision.events_[0] = first;
+        decision.events_[1] = second;
         decision.count_ = 2;
         return decision;
     }
 
+    // Events posted before, or in place of, the intercepted one; what the capacity cannot hold is lost.
+    constexpr void append(SyntheticKeyEvent event) {
+        kind_ = Kind::replace;
+        passFlags_.reset();
+        if (count_ < capacity) events_[count_++] = event;
+    }
+
     constexpr Kind kind() const { return kind_; }
+    constexpr const std::optional<std::uint64_t>& passFlags() const { return passFlags_; }
     constexpr const SyntheticKeyEvent* begin() const { return events_.data(); }
     constexpr const SyntheticKeyEvent* end() const { return events_.data() + count_; }
     constexpr std::size_t size() const { return count_; }
@@ -73,7 +93,8 @@ private:
     constexpr explicit TapDecision(Kind kind) : kind_(kind) {}
     Kind kind_;
     std::uint8_t count_ = 0;
-    std::array<SyntheticKeyEvent, 2> events_{};
+    std::optional<std::uint64_t> passFlags_;
+    std::array<SyntheticKeyEvent, capacity> events_{};
 };
 
 }  // namespace orvane

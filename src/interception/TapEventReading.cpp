@@ -11,8 +11,10 @@ TapEvent readTapEvent(const EventSystem& events, std::uint32_t type, const Platf
             data1 = fields->data1;
         }
     }
-    return TapEvent::decode(type, static_cast<std::uint16_t>(events.integerField(event, EventField::keyboardEventKeycode)),
-                            events.flags(event), events.integerField(event, EventField::eventSourceUserData), subtype, data1);
+    TapEvent decoded = TapEvent::decode(type, static_cast<std::uint16_t>(events.integerField(event, EventField::keyboardEventKeycode)),
+                                        events.flags(event), events.integerField(event, EventField::eventSourceUserData), subtype, data1);
+    decoded.timestamp = events.timestamp(event);
+    return decoded;
 }
 
 }  // namespace orvane

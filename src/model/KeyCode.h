@@ -162,5 +162,7 @@ std::optional<std::uint64_t> hidUsage(KeyCode key);
 bool isModifierKey(KeyCode key);
 // The flag that reports the key's state in a flags-changed event; none for other keys.
 std::optional<std::uint64_t> modifierFlagMask(KeyCode key);
+// The flag a left or right modifier key sets besides the shared one (Quartz's device-dependent bits).
+std::optional<std::uint64_t> sideFlag(KeyCode key);
 
 }  // namespace orvane

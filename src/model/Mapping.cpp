@@ -19,6 +19,24 @@ std::string Modifiers::modifierSymbols() const {
     return glyphs;
 }
 
+std::string TargetAction::label() const {
+    switch (kind_) {
+    case Kind::block: return "Block";
+    case Kind::key: return std::string(symbol(key_));
+    case Kind::combination: return modifiers_.modifierSymbols() + std::string(symbol(key_));
+    case Kind::modifiers: return modifiers_.modifierSymbols();
+    }
+    return {};
+}
+
+std::string KeyMapping::aloneLabel() const { return aloneKey ? "alone " + std::string(symbol(*aloneKey)) : std::string(); }
+
+std::string KeyMapping::summary() const {
+    std::string text = sourceKey.symbol() + " \u2192 " + targetAction.label();
+    if (aloneKey) text += "  \u00B7 " + aloneLabel();
+    return text;
+}
+
 std::string RecordedKey::label() const { return modifiers.modifierSymbols() + sourceKey.symbol(); }
 
 }  // namespace orvane

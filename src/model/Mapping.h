@@ -6,6 +6,7 @@
 #include "model/Uuid.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace orvane {
@@ -63,29 +64,36 @@ struct Modifiers {
     friend constexpr bool operator==(const Modifiers&, const Modifiers&) = default;
 };
 
-// What happens in place of the source key. Targets are always ordinary keys.
+// What happens in place of the source key. Targets are always ordinary keys, or modifiers alone:
+// "hold these modifiers while the source is held".
 class TargetAction {
 public:
-    enum class Kind : std::uint8_t { block, key, combination };
+    enum class Kind : std::uint8_t { block, key, combination, modifiers };
 
     static constexpr TargetAction block() { return TargetAction(Kind::block, KeyCode::a, {}); }
     static constexpr TargetAction key(KeyCode key) { return TargetAction(Kind::key, key, {}); }
     static constexpr TargetAction combination(KeyCode key, Modifiers modifiers) {
         return TargetAction(Kind::combination, key, modifiers);
     }
+    static constexpr TargetAction modifiersOnly(Modifiers modifiers) { return TargetAction(Kind::modifiers, KeyCode::a, modifiers); }
 
     constexpr Kind kind() const { return kind_; }
     // Meaningful for key and combination only.
     constexpr KeyCode keyCode() const { return key_; }
-    // Meaningful for combination only (empty otherwise).
+    constexpr bool hasKey() const { return kind_ == Kind::key || kind_ == Kind::combination; }
+    // Meaningful for combination and modifiers only (empty otherwise).
     constexpr const Modifiers& modifiers() const { return modifiers_; }
+
+    // The action as glyphs: "⇧⌘K" for a combination, "⌃⌥⇧⌘" for modifiers alone, the key's symbol
+    // for a key, "Block" for a block.
+    std::string label() const;
 
     friend constexpr bool operator==(const TargetAction&, const TargetAction&) = default;
 
 private:
     constexpr TargetAction(Kind kind, KeyCode key, Modifiers modifiers) : kind_(kind), key_(key), modifiers_(modifiers) {}
     Kind kind_;
-    KeyCode key_;  // fixed for block so that all blocks compare equal
+    KeyCode key_;  // fixed for block and modifiers so that equal actions compare equal
     Modifiers modifiers_;
 };
 
@@ -94,6 +102,14 @@ struct KeyMapping {
     SourceKey sourceKey = SourceKey::regular(KeyCode::a);
     TargetAction targetAction = TargetAction::block();
     bool isEnabled = true;
+    // The key tapped when the source is pressed and released with no other key in between, within
+    // the alone time; the target is then the source's held role only. None: the target alone, as ever.
+    std::optional<KeyCode> aloneKey = std::nullopt;
+
+    // "alone ⎋", or empty without an alone key.
+    std::string aloneLabel() const;
+    // The row's text: "⇪ → ⌃", and with an alone key "⇪ → ⌃  · alone ⎋".
+    std::string summary() const;
 
     friend bool operator==(const KeyMapping&, const KeyMapping&) = default;
 };

@@ -137,10 +137,12 @@ Modifiers readModifiers(const Json& value, const std::string& path) {
 }
 
 TargetAction readTargetAction(const Json& value, const std::string& path) {
-    static constexpr std::array<std::string_view, 3> cases{"block", "key", "combination"};
+    static constexpr std::array<std::string_view, 4> cases{"block", "key", "combination", "modifiers"};
     const auto [name, payload] = selectCase(value, cases, path);
     const std::string casePath = member(path, name);
     if (name == "block") return TargetAction::block();
+    if (name == "modifiers")
+        return TargetAction::modifiersOnly(readModifiers(requireMember(*payload, "_0", casePath), member(casePath, "_0")));
     const KeyCode key = readKey(*payload, casePath, keyCodeFromRaw, "a key code");
     if (name == "key") return TargetAction::key(key);
     const Json& modifiers = requireMember(*payload, "_1", casePath);
@@ -158,6 +160,10 @@ KeyMapping readMapping(const Json& value, const std::string& path) {
     mapping.sourceKey = readSourceKey(requireMember(value, "sourceKey", path), member(path, "sourceKey"));
     mapping.targetAction = readTargetAction(requireMember(value, "targetAction", path), member(path, "targetAction"));
     mapping.isEnabled = readBool(value, "isEnabled", path);
+    if (const auto alone = value.find("alone"); alone != value.end()) {
+        expectObject(*alone, member(path, "alone"));
+        mapping.aloneKey = readKey(*alone, member(path, "alone"), keyCodeFromRaw, "a key code");
+    }
     return mapping;
 }
 

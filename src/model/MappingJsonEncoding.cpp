@@ -48,9 +48,20 @@ void appendMapping(std::string& out, const KeyMapping& mapping) {
         appendModifiers(out, action.modifiers());
         out += '}';
         break;
+    case TargetAction::Kind::modifiers:
+        out += "\"modifiers\":{\"_0\":";
+        appendModifiers(out, action.modifiers());
+        out += '}';
+        break;
     }
     out += "},\"isEnabled\":";
     appendBool(out, mapping.isEnabled);
+    // Written only when there is one, so that lists without alone keys keep their bytes.
+    if (mapping.aloneKey) {
+        out += ",\"alone\":";
+        appendKeyObject(out, rawValue(*mapping.aloneKey));
+        out += '}';
+    }
     out += '}';
 }
 

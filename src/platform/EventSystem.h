@@ -62,12 +62,16 @@ public:
 
     virtual std::int64_t integerField(const PlatformEvent* event, EventField field) const = 0;
     virtual std::uint64_t flags(const PlatformEvent* event) const = 0;
+    // When the event happened, in nanoseconds of a steady clock (CGEventGetTimestamp).
+    virtual std::uint64_t timestamp(const PlatformEvent* event) const = 0;
     // None when the event cannot be converted.
     virtual std::optional<SystemDefinedFields> systemDefinedFields(const PlatformEvent* event) const = 0;
 
     // A new keyboard event (no event source); null when creation fails.
     virtual OwnedEvent createKeyboardEvent(std::uint16_t virtualKeyCode, bool keyDown) = 0;
     virtual void setFlags(PlatformEvent* event, std::uint64_t flags) = 0;
+    // Makes a new keyboard event one of another type (CGEventSetType): a modifier's flags change.
+    virtual void setType(PlatformEvent* event, std::uint32_t type) = 0;
     virtual void setIntegerField(PlatformEvent* event, EventField field, std::int64_t value) = 0;
     // Posts a copy at the HID level: it enters below the session taps and passes them all.
     virtual void postToHID(const PlatformEvent* event) = 0;

@@ -30,7 +30,8 @@ void CapsLockDecisions::run(const Input& input) {
         return;
     }
     const TargetAction& target = input.capsLockMapping->targetAction;
-    if (target.kind() == TargetAction::Kind::key && hidUsage(target.keyCode())) {
+    // A key with two roles needs the tap to see its press and release: only F18 gives both.
+    if (target.kind() == TargetAction::Kind::key && hidUsage(target.keyCode()) && !input.capsLockMapping->aloneKey) {
         if (!hidUtil_.remapCapsLock(target.keyCode(), &decisionRuns_)) return;
         publish(true, true);
         diagnostics::printLine("MappingStore: Using direct HID mapping for Caps Lock → " + std::string(displayName(target.keyCode())));

@@ -30,7 +30,7 @@ public:
     const HIDUtil& hidUtil() const { return hidUtil_; }
 
     // Queues a decision and returns at once; once quitting, queues nothing. Caps Lock to a key with a
-    // HID usage is remapped directly, anything else through F18; with no mapping a remapped Caps Lock is
+    // HID usage and no alone key is remapped directly, anything else through F18; with no mapping a remapped Caps Lock is
     // cleared. A tool run that fails decides nothing.
     void decide(const Input& input);
     // Blocks until queued decisions have run, then delivers their results on this (main) thread.

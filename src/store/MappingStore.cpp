@@ -30,6 +30,12 @@ MappingStore& MappingStore::shared() {
 
 void MappingStore::installShared(std::unique_ptr<MappingStore> store) { SharedInstance<MappingStore>::install(std::move(store)); }
 
+std::chrono::milliseconds MappingStore::aloneTime() const {
+    const double stored = defaults_.doubleValue(aloneTimeKey, 500);
+    if (!(stored >= 0 && stored <= 10000)) return std::chrono::milliseconds(500);
+    return std::chrono::milliseconds(static_cast<long>(stored));
+}
+
 void MappingStore::loadMappings() {
     const auto stored = defaults_.data(userDefaultsKey);
     if (!stored) {

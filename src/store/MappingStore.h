@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QObject>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <set>
@@ -28,6 +29,8 @@ public:
     static inline const QString hidRemapTypeKey = QStringLiteral("Orvane.CapsLockHIDRemapType");
     // Where a stored list that could not be decoded is kept before the first save replaces it.
     static inline const QString undecodableBackupKey = QStringLiteral("Orvane.Mappings.Undecodable");
+    // Milliseconds within which a key with two roles pressed and released alone taps its alone key.
+    static inline const QString aloneTimeKey = QStringLiteral("Orvane.AloneTime");
 
     // Loads the list and the stored Caps Lock flags, then queues the first Caps Lock decision.
     MappingStore(UserDefaults& defaults, HIDUtil hidUtil, QObject* parent = nullptr);
@@ -57,6 +60,8 @@ public:
     bool isCapsLockHIDRemapped() const override { return table_.isCapsLockHIDRemapped(); }
     bool isCapsLockDirectHID() const override { return table_.isCapsLockDirectHID(); }
     std::vector<KeyMapping> enabledMappings() const;
+    // The stored alone time, read afresh; 500 ms when absent or not a time from 0 to 10 s.
+    std::chrono::milliseconds aloneTime() const;
 
     // Queues the Caps Lock decision and returns at once.
     void updateCapsLockHIDRemap();

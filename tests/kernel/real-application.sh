@@ -3,8 +3,8 @@
 # emulated USB keyboard, the machine's PS/2 keyboard (a laptop's own, as the kernel sees it; the
 # machine must have no USB keyboard) or a uinput keyboard (no keymap the HID tool could change).
 # What applications receive (Orvane's output device) must be remapped: A → B, Caps Lock → Escape,
-# F1 → ⇧⌘K held as a chord for as long as F1 is, and Caps Lock → ⇧⌘K through F18. Quitting
-# restores Caps Lock. Runs inside tools/kernel-vm.
+# F1 → ⇧⌘K held as a chord for as long as F1 is, Caps Lock → Control with Escape alone, and Caps
+# Lock → ⇧⌘K through F18. Quitting restores Caps Lock. Runs inside tools/kernel-vm.
 #   real-application.sh ORVANE_BINARY usb|ps2|uinput
 set -u
 orvane=$1 kind=$2
@@ -16,8 +16,8 @@ fail() {
   kill -KILL $pid $reader 2>/dev/null  # its output device goes with it, and so does the reader
   exit 1
 }
-declare -A code=([a]=30 [caps_lock]=58 [f1]=59)
-readonly K=37 LEFTSHIFT=42 LEFTMETA=125 ESC=1 B=48 A=30 CAPS=58 F18=188
+declare -A code=([a]=30 [s]=31 [caps_lock]=58 [f1]=59)
+readonly K=37 LEFTSHIFT=42 LEFTMETA=125 LEFTCTRL=29 ESC=1 B=48 A=30 S=31 CAPS=58 F18=188
 
 # Keys are typed through the host (QMP) on the emulated keyboards, or written to a uinput keyboard.
 if [ "$kind" = uinput ]; then
@@ -106,9 +106,9 @@ quit() {
   wait "$reader" 2>/dev/null
   tail -1 "$work/out" | grep -qx "HIDUtil: Cleared HID remapping, Caps Lock restored" || fail "quit did not restore Caps Lock"
 }
-mapping() {  # mapping SOURCE TARGET_ACTION_JSON, with a fresh id
-  printf '{"id":"%s","sourceKey":{"regular":{"_0":%s}},"targetAction":%s,"isEnabled":true}' \
-    "$(cat /proc/sys/kernel/random/uuid | tr a-f A-F)" "$1" "$2"
+mapping() {  # mapping SOURCE TARGET_ACTION_JSON [MORE_MEMBERS], with a fresh id
+  printf '{"id":"%s","sourceKey":{"regular":{"_0":%s}},"targetAction":%s,"isEnabled":true%s}' \
+    "$(cat /proc/sys/kernel/random/uuid | tr a-f A-F)" "$1" "$2" "${3:-}"
 }
 a_to_b=$(mapping 0 '{"key":{"_0":11}}')
 command_shift_k='{"combination":{"_0":40,"_1":{"command":true,"option":false,"control":false,"shift":true}}}'
@@ -128,7 +128,28 @@ key release f1; sleep 1
 quit
 echo "caps lock as escape and a held combination: $(tr '\n' , <"$work/received")"
 
-# 2. Caps Lock → ⇧⌘K: the HID layer gives F18, the taps finish it.
+# 2. Caps Lock → Control with Escape alone, through F18: tapped → Escape; held with S → Control+S;
+# held 1 s alone → nothing. Killed while it holds Control, the output device goes, and all it held.
+control='{"modifiers":{"_0":{"command":false,"option":false,"control":true,"shift":false}}}'
+start "[$a_to_b,$(mapping 57 "$control" ',"alone":{"_0":53}')]"
+press caps_lock; sleep 2
+grep -qx "$ESC 1" "$work/received" && grep -qx "$ESC 0" "$work/received" ||
+  fail "Caps Lock tapped did not arrive as Escape: $(tr '\n' , <"$work/received")"
+: >"$work/received"
+key press caps_lock; sleep 0.5; key press s; sleep 1
+held=$(held_keys "$output")
+key release s; key release caps_lock; sleep 1
+key press caps_lock; sleep 1; key release caps_lock; sleep 2
+[ "$held" = "$LEFTCTRL $S" ] || fail "Caps Lock held with S made the output hold '$held', not Control and S"
+! grep -q "^$ESC " "$work/received" || fail "Escape came after a hold: $(tr '\n' , <"$work/received")"
+[ -z "$(held_keys "$output")" ] || fail "after Caps Lock's release the output still holds $(held_keys "$output")"
+key press caps_lock; sleep 1
+kill -KILL "$pid"; wait "$pid" 2>/dev/null; wait "$reader" 2>/dev/null
+key release caps_lock; sleep 1
+[ -z "$(device_named "Orvane Virtual Keyboard")" ] || fail "the output device outlived the killed application"
+echo "caps lock as control and escape: $(tr '\n' , <"$work/received")"
+
+# 3. Caps Lock → ⇧⌘K: the HID layer gives F18, the taps finish it.
 start "[$a_to_b,$(mapping 57 "$command_shift_k")]"
 grep -q "HIDUtil: Remapped Caps Lock → F18 at HID layer" "$work/out" || fail "Caps Lock was not routed through F18"
 key press caps_lock; sleep 1
@@ -139,7 +160,7 @@ key release caps_lock; sleep 2
 quit
 echo "caps lock through F18: $(tr '\n' , <"$work/received")"
 
-# 3. After quitting, the keyboard gives Caps Lock again.
+# 4. After quitting, the keyboard gives Caps Lock again.
 case $kind in
   usb) own=$(usb_keyboard) ;;
   ps2) own=$(device_named "AT Translated Set 2 keyboard") ;;

@@ -28,6 +28,10 @@ TEST(MappingRecords, labelsPutModifierGlyphsInFixedOrderBeforeTheSymbol) {
         {{SourceKey::regular(KeyCode::home), {true, true, true, true}}, "\u2303\u2325\u21E7\u2318Home"},
     };
     for (const auto& [key, label] : cases) EXPECT_EQ(key.label(), label);
+    KeyMapping dualRole{Uuid::random(), SourceKey::regular(KeyCode::capsLock), TargetAction::modifiersOnly({.control = true}), true};
+    EXPECT_EQ(dualRole.summary(), "\u21EA \u2192 \u2303");
+    dualRole.aloneKey = KeyCode::escape;
+    EXPECT_EQ(dualRole.summary(), "\u21EA \u2192 \u2303  \u00B7 alone \u238B");
 }
 
 // Lower-case text read and written in upper case: the print-mappings scenario.
@@ -75,6 +79,8 @@ TEST(MappingJson, acceptsWhatTheFormAllows) {
         {R"({"block":{"x":1}})", TargetAction::block()},
         {R"({"key":{"_0":53,"_1":true}})", TargetAction::key(KeyCode::escape)},
         {R"({"key":{"_0":53.0}})", TargetAction::key(KeyCode::escape)},
+        {R"({"modifiers":{"_0":{"command":true,"option":true,"control":true,"shift":true}}})",
+         TargetAction::modifiersOnly({true, true, true, true})},
     };
     for (const auto& [target, expected] : accepted) {
         SCOPED_TRACE(target);
@@ -108,6 +114,9 @@ TEST(MappingJson, rejectsTheWholeDocumentWithTheFirstError) {
          "isEnabled"},
         {document(block, a, "1"), Kind::typeMismatch, "[0].isEnabled", ""},
         {document(block, a, "true", R"("not-a-uuid")"), Kind::dataCorrupted, "[0].id", ""},
+        {document(block, a, R"(true,"alone":{"_0":52})"), Kind::dataCorrupted, "[0].alone._0", "52"},
+        {document(block, a, R"(true,"alone":53)"), Kind::typeMismatch, "[0].alone", "object"},
+        {document(R"({"modifiers":{}})"), Kind::missingMember, "[0].targetAction.modifiers", "_0"},
         // The first error in member order wins: a bad source is reported before a missing isEnabled.
         {document(block, "{}", ""), Kind::typeMismatch, "[0].sourceKey", "Invalid number of keys found, expected one."},
     };
@@ -134,11 +143,13 @@ TEST(MappingJson, randomListsSurviveARoundTrip) {
             mapping.id = Uuid::random();
             mapping.sourceKey = pick(4) == 0 ? SourceKey::system(systemKeys[pick(systemKeys.size())]) : SourceKey::regular(keys[pick(keys.size())]);
             const Modifiers modifiers{pick(2) == 1, pick(2) == 1, pick(2) == 1, pick(2) == 1};
-            const std::size_t kind = pick(3);
+            const std::size_t kind = pick(4);
             mapping.targetAction = kind == 0 ? TargetAction::block()
                                  : kind == 1 ? TargetAction::key(keys[pick(keys.size())])
-                                             : TargetAction::combination(keys[pick(keys.size())], modifiers);
+                                 : kind == 2 ? TargetAction::combination(keys[pick(keys.size())], modifiers)
+                                             : TargetAction::modifiersOnly(modifiers);
             mapping.isEnabled = pick(2) == 1;
+            if (pick(3) == 0) mapping.aloneKey = keys[pick(keys.size())];
         }
         const std::string json = encodeMappings(mappings);
         const auto decoded = decodeMappings(json);

@@ -10,7 +10,7 @@
 using namespace orvane;
 using orvane::testing::mapping;
 
-static std::vector<SyntheticKeyEvent> postedFor(const RemapEngine& engine, std::uint32_t type, KeyCode code) {
+static std::vector<SyntheticKeyEvent> postedFor(RemapEngine& engine, std::uint32_t type, KeyCode code) {
     const TapDecision decision = engine.handleEvent(TapEvent::decode(type, static_cast<std::uint16_t>(rawValue(code)), 0, 0));
     return {decision.begin(), decision.end()};
 }
@@ -22,7 +22,7 @@ static SyntheticKeyEvent posted(KeyCode code, bool isDown) {
 // change of the list and that decision.
 TEST(RemapEngine, f18StandsForCapsLockOnlyWhileAnEnabledCapsLockMappingGoesViaF18) {
     IndexedMappings lookup;
-    const RemapEngine engine{lookup};
+    RemapEngine engine{lookup};
     lookup.assign({mapping(KeyCode::capsLock, TargetAction::combination(KeyCode::space, {.control = true})),
                    mapping(KeyCode::f18, TargetAction::key(KeyCode::f19))});
     // Not remapped: F18 is itself.

@@ -44,6 +44,7 @@ std::string describeCapture(const DebugEvent& record) {
     if (debugwords::hasKeyFields(record)) text += " keycode=" + std::to_string(event.keyCode) + " flags=" + hexWord(event.flags);
     if (const auto decoded = debugwords::decodedInfo(record)) text += " decoded=\"" + *decoded + "\"";
     if (const auto interception = debugwords::interceptionInfo(record)) text += " interception=\"" + *interception + "\"";
+    if (const auto role = debugwords::dualRoleInfo(record)) text += " role=\"" + *role + "\"";
     text += record.isInterceptionActive ? " active=true" : " active=false";
     return text;
 }

@@ -85,6 +85,14 @@ ScriptItem parseLine(const std::vector<std::string>& tokens) {
     if (command == "stop") return simple(ScriptItem::Kind::stop);
     if (command == "start") return simple(ScriptItem::Kind::start);
     if (command == "cancel") return simple(ScriptItem::Kind::cancel);
+    if (command == "wait") {
+        if (tokens.size() != 2) throw Malformed{"\"wait\" takes a number of milliseconds"};
+        const auto milliseconds = parseNumber<std::uint32_t>(tokens[1]);
+        if (!milliseconds) throw Malformed{"wait needs milliseconds from 0 to 4294967295"};
+        item.kind = ScriptItem::Kind::wait;
+        item.milliseconds = *milliseconds;
+        return item;
+    }
     if (command == "record") {
         if (tokens.size() == 2 && tokens[1] == "modifiers") {
             item.kind = ScriptItem::Kind::recordWithModifiers;

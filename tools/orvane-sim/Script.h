@@ -11,10 +11,11 @@
 namespace orvane::sim {
 
 struct ScriptItem {
-    enum class Kind { event, tapDisabledByTimeout, tapDisabledByUserInput, stop, start, record, recordWithModifiers, cancel };
+    enum class Kind { event, tapDisabledByTimeout, tapDisabledByUserInput, stop, start, record, recordWithModifiers, cancel, wait };
     int lineNumber = 0;  // physical line in the script, from 1
     Kind kind = Kind::event;
     PlatformEvent event;  // for Kind::event
+    std::int64_t milliseconds = 0;  // for Kind::wait: how far the virtual clock moves on
 };
 
 struct ScriptError {

@@ -79,11 +79,15 @@ private:
 
     void perform(const ScriptItem& item) {
         switch (item.kind) {
-        case ScriptItem::Kind::event:
+        case ScriptItem::Kind::event: {
             delivered_.clear();
-            simEventSystem().inject(item.event);
+            PlatformEvent event = item.event;
+            event.timestamp = now_;
+            simEventSystem().inject(event);
             print(std::to_string(item.lineNumber) + ": " + describeDelivered(delivered_));
             break;
+        }
+        case ScriptItem::Kind::wait: now_ += static_cast<std::uint64_t>(item.milliseconds) * 1'000'000; break;
         case ScriptItem::Kind::tapDisabledByTimeout:
         case ScriptItem::Kind::tapDisabledByUserInput:
             if (manager().eventTap())
@@ -120,6 +124,8 @@ private:
     QTemporaryDir settingsDir_;
     std::unique_ptr<UserDefaults> defaults_;
     std::vector<PlatformEvent> delivered_;
+    // Virtual time: events happen at no time, a wait moves it on. Starts where no real clock is zero.
+    std::uint64_t now_ = 1'000'000'000;
     std::unique_ptr<EventCapturer> capturer_;
     std::unique_ptr<KeyRecordingSession> recording_;
 };

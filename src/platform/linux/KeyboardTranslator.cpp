@@ -5,20 +5,6 @@
 
 namespace orvane {
 
-std::optional<std::uint64_t> sideFlag(KeyCode key) {
-    switch (key) {
-    case KeyCode::leftControl: return 0x1;
-    case KeyCode::leftShift: return 0x2;
-    case KeyCode::rightShift: return 0x4;
-    case KeyCode::leftCommand: return 0x8;
-    case KeyCode::rightCommand: return 0x10;
-    case KeyCode::leftOption: return 0x20;
-    case KeyCode::rightOption: return 0x40;
-    case KeyCode::rightControl: return 0x2000;
-    default: return std::nullopt;
-    }
-}
-
 namespace {
 
 // The shared flag stays while the key of the other side is still held.

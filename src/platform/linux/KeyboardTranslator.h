@@ -34,7 +34,4 @@ private:
     std::uint64_t flags_ = 0;
 };
 
-// The flag a left or right modifier key sets besides the shared one (Quartz's device-dependent bits).
-std::optional<std::uint64_t> sideFlag(KeyCode key);
-
 }  // namespace orvane

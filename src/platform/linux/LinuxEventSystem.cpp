@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxEventSystem.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace orvane {
 
@@ -56,7 +57,14 @@ void LinuxEventSystem::handleKey(KeyboardId keyboard, std::uint16_t code, int va
     // While interception waits to grab this keyboard, its keys reach applications directly.
     if (intercepting_ && !grabbed) return;
     switch (result.outcome) {
-    case KeyboardTranslator::Outcome::event: enterFromKeyboard(result.event); break;
+    case KeyboardTranslator::Outcome::event: {
+        // Read as it arrives, so the time it is read is its time (a steady clock, as Quartz's stamps).
+        PlatformEvent event = result.event;
+        event.timestamp = static_cast<std::uint64_t>(
+            std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch()).count());
+        enterFromKeyboard(event);
+        break;
+    }
     case KeyboardTranslator::Outcome::passThrough:
         if (intercepting_) output_.passThrough(code, value);
         break;

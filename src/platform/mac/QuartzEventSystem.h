@@ -18,10 +18,12 @@ public:
 
     std::int64_t integerField(const PlatformEvent* event, EventField field) const override;
     std::uint64_t flags(const PlatformEvent* event) const override;
+    std::uint64_t timestamp(const PlatformEvent* event) const override;
     std::optional<SystemDefinedFields> systemDefinedFields(const PlatformEvent* event) const override;
 
     OwnedEvent createKeyboardEvent(std::uint16_t virtualKeyCode, bool keyDown) override;
     void setFlags(PlatformEvent* event, std::uint64_t flags) override;
+    void setType(PlatformEvent* event, std::uint32_t type) override;
     void setIntegerField(PlatformEvent* event, EventField field, std::int64_t value) override;
     void postToHID(const PlatformEvent* event) override;
 

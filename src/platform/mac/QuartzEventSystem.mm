@@ -84,6 +84,8 @@ std::int64_t QuartzEventSystem::integerField(const PlatformEvent* event, EventFi
 
 std::uint64_t QuartzEventSystem::flags(const PlatformEvent* event) const { return CGEventGetFlags(cg(event)); }
 
+std::uint64_t QuartzEventSystem::timestamp(const PlatformEvent* event) const { return CGEventGetTimestamp(cg(event)); }
+
 // Only a system-defined event has a subtype and data; NSEvent raises when others are asked for them.
 std::optional<SystemDefinedFields> QuartzEventSystem::systemDefinedFields(const PlatformEvent* event) const {
     @autoreleasepool {
@@ -97,6 +99,8 @@ EventSystem::OwnedEvent QuartzEventSystem::createKeyboardEvent(std::uint16_t vir
     return OwnedEvent(reinterpret_cast<PlatformEvent*>(CGEventCreateKeyboardEvent(nullptr, virtualKeyCode, keyDown)),
                       EventReleaser{this});
 }
+
+void QuartzEventSystem::setType(PlatformEvent* event, std::uint32_t type) { CGEventSetType(cg(event), static_cast<CGEventType>(type)); }
 
 void QuartzEventSystem::setFlags(PlatformEvent* event, std::uint64_t flags) {
     CGEventSetFlags(cg(event), static_cast<CGEventFlags>(flags));

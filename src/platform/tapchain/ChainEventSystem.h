@@ -23,10 +23,12 @@ public:
 
     std::int64_t integerField(const PlatformEvent* event, EventField field) const override;
     std::uint64_t flags(const PlatformEvent* event) const override { return event->flags; }
+    std::uint64_t timestamp(const PlatformEvent* event) const override { return event->timestamp; }
     std::optional<SystemDefinedFields> systemDefinedFields(const PlatformEvent* event) const override { return event->systemDefined; }
 
     OwnedEvent createKeyboardEvent(std::uint16_t virtualKeyCode, bool keyDown) override;
     void setFlags(PlatformEvent* event, std::uint64_t flags) override { event->flags = flags; }
+    void setType(PlatformEvent* event, std::uint32_t type) override { event->type = type; }
     void setIntegerField(PlatformEvent* event, EventField field, std::int64_t value) override;
     void postToHID(const PlatformEvent* event) override { chain_.enter(*event); }
 

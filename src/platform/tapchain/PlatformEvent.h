@@ -15,6 +15,7 @@ struct PlatformEvent {
     std::int64_t userData = 0;
     // Present when the event converts to a system-defined event object.
     std::optional<SystemDefinedFields> systemDefined;
+    std::uint64_t timestamp = 0;  // nanoseconds of a steady clock, as Quartz stamps events
 };
 
 }  // namespace orvane

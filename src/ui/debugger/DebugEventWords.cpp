@@ -42,13 +42,28 @@ std::string describeTarget(const TargetAction& target) {
     case TargetAction::Kind::combination:
         if (target.modifiers().isEmpty()) return std::string(displayName(target.keyCode()));
         return target.modifiers().modifierSymbols() + std::string(symbol(target.keyCode()));
+    case TargetAction::Kind::modifiers: return target.modifiers().modifierSymbols();
     }
     return {};
 }
 
 std::optional<std::string> interceptionInfo(const DebugEvent& record) {
     if (!record.mapping) return std::nullopt;
-    return std::string("\u26A1 ") + (record.isMappedInHIDLayer ? "HID" : "Tap") + " \u2192 " + describeTarget(record.mapping->targetAction);
+    std::string text = std::string("\u26A1 ") + (record.isMappedInHIDLayer ? "HID" : "Tap") + " \u2192 " + describeTarget(record.mapping->targetAction);
+    if (record.mapping->aloneKey) text += "  \u00B7 " + record.mapping->aloneLabel();
+    return text;
+}
+
+std::optional<std::string> dualRoleInfo(const DebugEvent& record) {
+    if (!record.dualRole) return std::nullopt;
+    switch (*record.dualRole) {
+    case DualRoleOutcome::aloneKeySent:
+        if (record.mapping && record.mapping->aloneKey) return "alone key " + std::string(symbol(*record.mapping->aloneKey)) + " sent";
+        return "alone key sent";
+    case DualRoleOutcome::heldRoleApplied: return "held role applied";
+    case DualRoleOutcome::heldTooLong: return "held past the alone time: nothing typed";
+    }
+    return std::nullopt;
 }
 
 }  // namespace orvane::debugwords

@@ -32,4 +32,8 @@ std::string describeTarget(const TargetAction& target);
 // without a mapping.
 std::optional<std::string> interceptionInfo(const DebugEvent& record);
 
+// What a key with two roles did: "alone key ⎋ sent", "held role applied", "held past the alone
+// time: nothing typed"; none for other events.
+std::optional<std::string> dualRoleInfo(const DebugEvent& record);
+
 }  // namespace orvane::debugwords

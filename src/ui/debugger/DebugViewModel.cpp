@@ -39,7 +39,12 @@ QVariant DebugViewModel::data(const QModelIndex& index, int role) const {
     case KeyCodeRole: return debugwords::hasKeyFields(record) ? QString::number(record.event.keyCode) : QString();
     case NxCodeRole: return record.event.auxKeyType ? QString::number(*record.event.auxKeyType) : QString();
     case DecodedRole: return optionalText(debugwords::decodedInfo(record));
-    case InterceptionRole: return optionalText(debugwords::interceptionInfo(record));
+    case InterceptionRole: {
+        QString text = optionalText(debugwords::interceptionInfo(record));
+        if (const auto role = debugwords::dualRoleInfo(record))
+            text += (text.isEmpty() ? QString() : QStringLiteral("  \u00B7 ")) + QString::fromStdString(*role);
+        return text;
+    }
     case InterceptionActiveRole: return record.isInterceptionActive;
     case FlagsRole: return debugtext::shownFlagsText(record);
     default: return {};

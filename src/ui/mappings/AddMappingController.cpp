@@ -23,6 +23,8 @@ AddMappingController::AddMappingController(MappingStore& store, EventSystem& eve
         case TargetAction::Kind::combination:
             targetField_.setRecordedKey(RecordedKey{SourceKey::regular(action.keyCode()), action.modifiers()});
             break;
+        case TargetAction::Kind::modifiers:  // no key to record: the field starts empty
+            break;
         }
     }
     connect(&sourceField_, &KeyRecorderField::changed, this, &AddMappingController::updateCanSave);

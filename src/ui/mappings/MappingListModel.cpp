@@ -13,13 +13,13 @@ namespace {
 
 QString idText(const Uuid& id) { return QString::fromStdString(id.toString()); }
 
-// One keycap per set modifier in the order ⌃ ⌥ ⇧ ⌘, then the key.
+// One keycap per set modifier in the order ⌃ ⌥ ⇧ ⌘, then the key (none for modifiers alone).
 QStringList targetKeycaps(const TargetAction& action) {
     QStringList caps;
     if (action.kind() == TargetAction::Kind::block) return caps;
     for (char32_t glyph : QString::fromStdString(action.modifiers().modifierSymbols()).toUcs4())
         caps.append(QString::fromUcs4(&glyph, 1));
-    caps.append(QString::fromUtf8(symbol(action.keyCode()).data(), static_cast<qsizetype>(symbol(action.keyCode()).size())));
+    if (action.hasKey()) caps.append(QString::fromUtf8(symbol(action.keyCode()).data(), static_cast<qsizetype>(symbol(action.keyCode()).size())));
     return caps;
 }
 
@@ -30,6 +30,7 @@ MappingListModel::TargetKind targetKind(const TargetAction& action) {
     case TargetAction::Kind::key:
         return MappingListModel::Key;
     case TargetAction::Kind::combination:
+    case TargetAction::Kind::modifiers:
         break;
     }
     return MappingListModel::Combination;
@@ -68,6 +69,8 @@ QVariant MappingListModel::data(const QModelIndex& index, int role) const {
         return targetKind(mapping.targetAction);
     case TargetKeycapsRole:
         return targetKeycaps(mapping.targetAction);
+    case AloneTextRole:
+        return QString::fromStdString(mapping.aloneLabel());
     default:
         return {};
     }
@@ -77,7 +80,7 @@ QHash<int, QByteArray> MappingListModel::roleNames() const {
     return {
         {MappingIdRole, "mappingId"},       {SourceTextRole, "sourceText"},     {IsEnabledRole, "isEnabled"},
         {BadgeTextRole, "badgeText"},       {BadgeColorRole, "badgeColor"},     {BadgeTooltipRole, "badgeTooltip"},
-        {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"},
+        {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"}, {AloneTextRole, "aloneText"},
     };
 }
 

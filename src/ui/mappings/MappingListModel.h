@@ -40,6 +40,7 @@ public:
         BadgeTooltipRole,
         TargetKindRole,
         TargetKeycapsRole,
+        AloneTextRole,  // "alone ⎋" for a mapping with an alone key, else empty
     };
     enum TargetKind { Block, Key, Combination };
     Q_ENUM(TargetKind)
