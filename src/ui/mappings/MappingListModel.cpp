@@ -69,6 +69,8 @@ QVariant MappingListModel::data(const QModelIndex& index, int role) const {
         return targetKind(mapping.targetAction);
     case TargetKeycapsRole:
         return targetKeycaps(mapping.targetAction);
+    case AloneTextRole:
+        return QString::fromStdString(mapping.aloneLabel());
     default:
         return {};
     }
@@ -78,7 +80,7 @@ QHash<int, QByteArray> MappingListModel::roleNames() const {
     return {
         {MappingIdRole, "mappingId"},       {SourceTextRole, "sourceText"},     {IsEnabledRole, "isEnabled"},
         {BadgeTextRole, "badgeText"},       {BadgeColorRole, "badgeColor"},     {BadgeTooltipRole, "badgeTooltip"},
-        {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"},
+        {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"}, {AloneTextRole, "aloneText"},
     };
 }
 

@@ -40,6 +40,7 @@ public:
         BadgeTooltipRole,
         TargetKindRole,
         TargetKeycapsRole,
+        AloneTextRole,
     };
     enum TargetKind { Block, Key, Combination };
     Q_ENUM(TargetKind)
