@@ -101,7 +101,7 @@ for _ in $(seq 50); do config=$(xdotool search --onlyvisible --name '^Orvane$' 2
 sleep 1
 windows=$(managed) before=$(shown)
 # In the window's first size (500x400): "Add Mapping" at its top right, then the source key's "Pick...".
-xdotool mousemove --window "$config" 430 27 click 1 sleep 1.5 mousemove --window "$config" 348 143 click 1
+xdotool mousemove --window "$config" 430 27 click 1 sleep 1.5 mousemove --window "$config" 348 98 click 1
 for _ in $(seq 25); do [ "$(shown)" -gt "$before" ] && break; sleep 0.2; done
 [ "$(shown)" -gt "$before" ] || { echo "status-menu: the key picker did not open"; exit 1; }
 [ "$(managed)" -eq "$windows" ] || { echo "status-menu: the key picker is a managed window, with a taskbar entry"; exit 1; }

@@ -11,7 +11,8 @@ AddMappingController::AddMappingController(MappingStore& store, EventSystem& eve
       store_(store),
       existing_(std::move(existing)),
       sourceField_(events, manager, false, QStringLiteral("Press the key to remap..."), this),
-      targetField_(events, manager, true, QStringLiteral("Press target key or combination..."), this) {
+      targetField_(events, manager, true, QStringLiteral("Press target key or combination..."), this),
+      aloneField_(events, manager, false, QStringLiteral("Optional: key to send when tapped alone"), this) {
     if (existing_) {
         sourceField_.setRecordedKey(RecordedKey{existing_->sourceKey, {}});
         const TargetAction& action = existing_->targetAction;
@@ -23,9 +24,11 @@ AddMappingController::AddMappingController(MappingStore& store, EventSystem& eve
         case TargetAction::Kind::combination:
             targetField_.setRecordedKey(RecordedKey{SourceKey::regular(action.keyCode()), action.modifiers()});
             break;
-        case TargetAction::Kind::modifiers:  // no key to record: the field starts empty
+        case TargetAction::Kind::modifiers:
+            targetField_.setModifiersOnly(action.modifiers());
             break;
         }
+        if (existing_->aloneKey) aloneField_.setRecordedKey(RecordedKey{SourceKey::regular(*existing_->aloneKey), {}});
     }
     connect(&sourceField_, &KeyRecorderField::changed, this, &AddMappingController::updateCanSave);
     connect(&targetField_, &KeyRecorderField::changed, this, &AddMappingController::updateCanSave);
@@ -55,7 +58,7 @@ void AddMappingController::setTargetType(TargetType type) {
 
 bool AddMappingController::canSave() const {
     if (!sourceField_.recordedKey()) return false;
-    return targetType_ == Block || targetField_.recordedKey().has_value();
+    return targetType_ == Block || targetField_.hasKey();
 }
 
 void AddMappingController::updateCanSave() {
@@ -69,20 +72,28 @@ bool AddMappingController::saveMapping() {
     const auto& source = sourceField_.recordedKey();
     if (!source) return false;
     TargetAction action = TargetAction::block();
-    if (targetType_ == Remap) {
+    if (targetType_ == Remap && targetField_.modifiersOnly()) {
+        action = TargetAction::modifiersOnly(*targetField_.modifiersOnly());
+    } else if (targetType_ == Remap) {
         const auto& target = targetField_.recordedKey();
         if (!target || !target->sourceKey.isRegular()) return false;
         const KeyCode key = target->sourceKey.keyCode();
         action = target->modifiers.isEmpty() ? TargetAction::key(key) : TargetAction::combination(key, target->modifiers);
+    }
+    std::optional<KeyCode> alone;
+    if (const auto& key = aloneField_.recordedKey()) {
+        if (!key->sourceKey.isRegular()) return false;
+        alone = key->sourceKey.keyCode();
     }
     // The source field records no modifiers, and a source has none: only its key counts.
     if (existing_) {
         KeyMapping edited = *existing_;
         edited.sourceKey = source->sourceKey;
         edited.targetAction = action;
+        edited.aloneKey = alone;
         store_.updateMapping(edited);
     } else {
-        store_.addMapping(KeyMapping{Uuid::random(), source->sourceKey, action, true});
+        store_.addMapping(KeyMapping{Uuid::random(), source->sourceKey, action, true, alone});
     }
     return true;
 }
@@ -98,6 +109,7 @@ void AddMappingController::cancel() { dismiss(); }
 void AddMappingController::dismiss() {
     sourceField_.stopRecording();
     targetField_.stopRecording();
+    aloneField_.stopRecording();
     emit dismissed();
 }
 

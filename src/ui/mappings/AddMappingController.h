@@ -1,4 +1,5 @@
-// The state of the add/edit mapping sheet: the recorded source and target, Block or Remap, and saving.
+// The state of the add/edit mapping sheet: the recorded source and target, Block or Remap, the key sent
+// when the source is pressed alone, and saving.
 #pragma once
 
 #include "model/Mapping.h"
@@ -30,6 +31,7 @@ class AddMappingController : public QObject {
     Q_PROPERTY(bool canSave READ canSave NOTIFY canSaveChanged)
     Q_PROPERTY(orvane::KeyRecorderField* sourceField READ sourceField CONSTANT)
     Q_PROPERTY(orvane::KeyRecorderField* targetField READ targetField CONSTANT)
+    Q_PROPERTY(orvane::KeyRecorderField* aloneField READ aloneField CONSTANT)
 
 public:
     // In the order of the segmented control; the titles are targetTypeTitles.
@@ -50,15 +52,18 @@ public:
     TargetType targetType() const { return targetType_; }
     // Switching keeps the recorded target: it is ignored under Block and shown again under Remap.
     void setTargetType(TargetType type);
-    // A source is recorded, and under Remap a target too.
+    // A source is recorded, and under Remap a target (a key, a combination or modifiers alone) too.
     bool canSave() const;
 
     KeyRecorderField* sourceField() { return &sourceField_; }
     KeyRecorderField* targetField() { return &targetField_; }
+    // Optional: a plain key, tapped when the source is pressed and released alone.
+    KeyRecorderField* aloneField() { return &aloneField_; }
 
     // Adds the new mapping at the end (enabled) or replaces the edited one (same id, position and
     // enabled state). Saves nothing without a source, under Remap without a target, or when the
-    // target is a media/system key, which cannot be posted as a key. True when the store changed.
+    // target or the alone key is a media/system key, which cannot be posted as a key. True when the
+    // store changed.
     bool saveMapping();
 
     // The primary button: saveMapping(), then the sheet closes whatever it did.
@@ -80,6 +85,7 @@ private:
     const std::optional<KeyMapping> existing_;
     KeyRecorderField sourceField_;
     KeyRecorderField targetField_;
+    KeyRecorderField aloneField_;
     TargetType targetType_ = Remap;
     bool canSave_ = false;
 };

@@ -1,4 +1,5 @@
-// The add/edit mapping sheet: record a source key, choose Block or Remap, record the target.
+// The add/edit mapping sheet: record a source key, choose Block or Remap, record the target and,
+// optionally, the key sent when the source is pressed alone.
 // Escape cancels; Return runs the primary button while it is enabled.
 import QtQuick
 import QtQuick.Controls
@@ -13,7 +14,7 @@ Popup {
     parent: Overlay.overlay
     anchors.centerIn: parent
     width: 400
-    height: 300
+    height: 390
     modal: true
     focus: true
     padding: Theme.padding
@@ -75,6 +76,20 @@ Popup {
                 Layout.fillWidth: true
                 visible: sheet.controller?.targetType === AddMappingController.Remap
                 field: sheet.controller?.targetField ?? null
+            }
+        }
+        ColumnLayout {
+            Layout.fillHeight: false  // the free height goes to the button row alone
+            spacing: 8
+            Label {
+                text: qsTr("When Pressed Alone")
+                font: Theme.subheadline
+                color: palette.placeholderText
+            }
+            KeyRecorderView {
+                objectName: "aloneRecorder"
+                Layout.fillWidth: true
+                field: sheet.controller?.aloneField ?? null
             }
         }
         // Takes the free height and keeps its buttons at the bottom.

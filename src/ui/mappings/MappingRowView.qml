@@ -15,6 +15,7 @@ Item {
     required property string badgeTooltip
     required property int targetKind
     required property var targetKeycaps
+    required property string aloneText  // "alone ⎋", or empty
     property bool isSelected: false
     property bool isAlternate: false
     property bool showsFocus: false
@@ -96,6 +97,7 @@ Item {
         MappingTargetView {
             targetKind: root.targetKind
             keycaps: root.targetKeycaps
+            aloneText: root.aloneText
             isEnabled: root.isEnabled
             drawnOnAccent: root.drawnOnAccent
         }

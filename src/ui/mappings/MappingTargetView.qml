@@ -1,4 +1,5 @@
-// The right-hand side of a mapping row: the target's keycaps, or the block sign.
+// The right-hand side of a mapping row: the target's keycaps, or the block sign, then the key sent
+// when the source is pressed alone.
 pragma ComponentBehavior: Bound
 import QtQuick
 import Orvane 1.0
@@ -7,10 +8,12 @@ Item {
     id: root
     property int targetKind
     property var keycaps: []
+    property string aloneText
     property bool isEnabled: true
     property bool drawnOnAccent: false   // on the accent colour of a selected row
 
-    implicitWidth: targetKind === MappingListModel.Block ? block.implicitWidth : keys.implicitWidth
+    implicitWidth: (targetKind === MappingListModel.Block ? block.implicitWidth : keys.implicitWidth) +
+                   (alone.visible ? alone.anchors.leftMargin + alone.implicitWidth : 0)
     implicitHeight: Math.max(block.implicitHeight, keys.implicitHeight)
 
     Row {
@@ -48,5 +51,17 @@ Item {
             color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
             opacity: root.isEnabled ? 1 : 0.7
         }
+    }
+    Text {
+        id: alone
+        objectName: "aloneText"
+        anchors.left: root.targetKind === MappingListModel.Block ? block.right : keys.right
+        anchors.leftMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.aloneText.length > 0
+        text: "\u00B7 " + root.aloneText
+        font.pixelSize: 12
+        color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+        opacity: root.isEnabled ? 1 : 0.7
     }
 }

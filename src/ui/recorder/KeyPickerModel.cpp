@@ -20,6 +20,7 @@ void KeyPickerModel::setField(KeyRecorderField* field) {
     if (field == field_) return;
     field_ = field;
     emit fieldChanged();
+    emit modifiersChanged();  // whether modifiers alone can be picked
 }
 
 QStringList KeyPickerModel::categoryTitles() const {
@@ -54,6 +55,12 @@ void KeyPickerModel::updateKeys() {
 void KeyPickerModel::pick(int keyCode) {
     if (!field_) return;
     field_->pick(keyCode, modCommand_, modOption_, modControl_, modShift_);
+    emit picked();
+}
+
+void KeyPickerModel::pickModifiersOnly() {
+    if (!field_ || !canPickModifiersOnly()) return;
+    field_->setModifiersOnly(tickedModifiers());
     emit picked();
 }
 

@@ -28,6 +28,7 @@ class KeyPickerModel : public QObject {
     Q_PROPERTY(bool modOption MEMBER modOption_ NOTIFY modifiersChanged)
     Q_PROPERTY(bool modControl MEMBER modControl_ NOTIFY modifiersChanged)
     Q_PROPERTY(bool modShift MEMBER modShift_ NOTIFY modifiersChanged)
+    Q_PROPERTY(bool canPickModifiersOnly READ canPickModifiersOnly NOTIFY modifiersChanged)
 
 public:
     explicit KeyPickerModel(QObject* parent = nullptr);
@@ -54,6 +55,10 @@ public:
     // Writes the key, with the ticked modifiers where the field allows them, into the field and
     // then emits picked() (the popover closes). A recording under way goes on.
     Q_INVOKABLE void pick(int keyCode);
+    // The ticked modifiers with no key (a held role such as ⌃⌥⇧⌘), where the field allows modifiers
+    // and one is ticked; then emits picked().
+    bool canPickModifiersOnly() const { return allowModifiers() && !tickedModifiers().isEmpty(); }
+    Q_INVOKABLE void pickModifiersOnly();
 
 signals:
     void fieldChanged();
@@ -64,6 +69,7 @@ signals:
 
 private:
     void updateKeys();
+    Modifiers tickedModifiers() const { return {.command = modCommand_, .option = modOption_, .control = modControl_, .shift = modShift_}; }
 
     QPointer<KeyRecorderField> field_;
     int selectedCategory_ = 0;

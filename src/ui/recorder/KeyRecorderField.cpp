@@ -12,7 +12,10 @@ KeyRecorderField::KeyRecorderField(EventSystem& events, EventTapManager& manager
     : QObject(parent), session_(events, manager), placeholder_(std::move(placeholder)) {
     session_.setAllowModifiers(allowModifiers);
     connect(&session_, &KeyRecordingSession::isRecordingChanged, this, &KeyRecorderField::changed);
-    connect(&session_, &KeyRecordingSession::recordedKeyChanged, this, &KeyRecorderField::changed);
+    connect(&session_, &KeyRecordingSession::recordedKeyChanged, this, [this] {
+        if (session_.recordedKey()) modifiersOnly_.reset();
+        emit changed();
+    });
 }
 
 // A field that goes away mid-recording must hand the main tap back.
@@ -21,7 +24,22 @@ KeyRecorderField::~KeyRecorderField() { session_.stopRecording(); }
 QString KeyRecorderField::text() const {
     if (isRecording()) return QStringLiteral("Press any key...");
     if (const auto& key = recordedKey()) return QString::fromStdString(key->label());
+    if (modifiersOnly_) return QString::fromStdString(modifiersOnly_->modifierSymbols());
     return placeholder_;
+}
+
+void KeyRecorderField::setModifiersOnly(Modifiers modifiers) {
+    if (!allowModifiers() || modifiers.isEmpty() || modifiersOnly_ == modifiers) return;
+    session_.setRecordedKey(std::nullopt);
+    modifiersOnly_ = modifiers;
+    emit changed();
+}
+
+void KeyRecorderField::clear() {
+    const bool hadModifiers = modifiersOnly_.has_value();
+    modifiersOnly_.reset();
+    session_.setRecordedKey(std::nullopt);
+    if (hadModifiers) emit changed();
 }
 
 void KeyRecorderField::toggleRecording() {

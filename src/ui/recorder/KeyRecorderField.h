@@ -30,19 +30,24 @@ public:
                      QObject* parent = nullptr);
     ~KeyRecorderField() override;
 
-    // "Press any key..." while recording, else the chosen key's label, else the placeholder.
+    // "Press any key..." while recording, else the chosen key's or modifiers' label, else the placeholder.
     QString text() const;
-    bool hasKey() const { return session_.recordedKey().has_value(); }
+    // A key, or modifiers alone, is chosen.
+    bool hasKey() const { return session_.recordedKey().has_value() || modifiersOnly_.has_value(); }
     bool isRecording() const { return session_.isRecording(); }
     bool allowModifiers() const { return session_.allowModifiers(); }
     QString placeholder() const { return placeholder_; }
 
     const std::optional<RecordedKey>& recordedKey() const { return session_.recordedKey(); }
+    // Choosing a key drops modifiers chosen alone, and the other way round.
     void setRecordedKey(std::optional<RecordedKey> key) { session_.setRecordedKey(std::move(key)); }
+    // Modifiers chosen with no key (only where the field allows modifiers, and at least one of them).
+    const std::optional<Modifiers>& modifiersOnly() const { return modifiersOnly_; }
+    void setModifiersOnly(Modifiers modifiers);
 
     Q_INVOKABLE void toggleRecording();
     Q_INVOKABLE void stopRecording();
-    Q_INVOKABLE void clear() { setRecordedKey(std::nullopt); }
+    Q_INVOKABLE void clear();
     // A key chosen in the picker; the modifiers count only where the field allows them.
     Q_INVOKABLE void pick(int keyCode, bool command, bool option, bool control, bool shift);
 
@@ -52,6 +57,7 @@ signals:
 private:
     KeyRecordingSession session_;
     QString placeholder_;
+    std::optional<Modifiers> modifiersOnly_;
 };
 
 }  // namespace orvane

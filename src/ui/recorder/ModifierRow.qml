@@ -1,4 +1,4 @@
-// The picker's modifier checkboxes, in the order ⌃ ⌥ ⇧ ⌘.
+// The picker's modifier checkboxes, in the order ⌃ ⌥ ⇧ ⌘, and the choice of the ticked ones alone.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -45,6 +45,16 @@ RowLayout {
         font.pixelSize: 12
         checked: root.picker.modCommand
         onToggled: root.picker.modCommand = checked
+        FocusRing {}
+    }
+    Button {
+        objectName: "modifiersOnlyButton"
+        text: qsTr("Modifiers Only")
+        font.pixelSize: 12
+        enabled: root.picker.canPickModifiersOnly
+        onClicked: root.picker.pickModifiersOnly()
+        ToolTip.visible: hovered
+        ToolTip.text: qsTr("Hold the ticked modifiers while the source key is held")
         FocusRing {}
     }
 }

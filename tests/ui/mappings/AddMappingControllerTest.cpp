@@ -84,6 +84,30 @@ TEST_F(AddMappingControllerTest, editingKeepsIdPositionAndEnabledState) {
     EXPECT_EQ(ui.store().mappings()[1], (KeyMapping{edited.id, SourceKey::regular(KeyCode::d), TargetAction::block(), false}));
 }
 
+TEST_F(AddMappingControllerTest, modifiersAloneAndAnAloneKeyAreSavedAndAnEditStartsFromThem) {
+    const Modifiers hyper{.command = true, .option = true, .control = true, .shift = true};
+    auto s = sheet();
+    s->sourceField()->setRecordedKey(recorded(KeyCode::capsLock));
+    s->targetField()->setModifiersOnly(hyper);
+    s->aloneField()->setRecordedKey(recorded(KeyCode::escape));
+    EXPECT_TRUE(s->canSave());
+    s->save();
+    const KeyMapping added = ui.store().mappings().back();
+    EXPECT_EQ(added, (KeyMapping{added.id, SourceKey::regular(KeyCode::capsLock), TargetAction::modifiersOnly(hyper), true, KeyCode::escape}));
+
+    auto edit = sheet(added);
+    EXPECT_EQ(edit->targetField()->modifiersOnly(), hyper);
+    EXPECT_EQ(edit->aloneField()->recordedKey(), recorded(KeyCode::escape));
+    edit->targetField()->setRecordedKey(recorded(KeyCode::leftControl));  // a key replaces the modifiers
+    edit->aloneField()->clear();
+    edit->save();
+    EXPECT_EQ(ui.store().mappings().back(), (KeyMapping{added.id, added.sourceKey, TargetAction::key(KeyCode::leftControl), true}));
+
+    auto media = sheet(added);
+    media->aloneField()->setRecordedKey(RecordedKey{SourceKey::system(SystemKeyID::mute), {}});
+    EXPECT_FALSE(media->saveMapping());
+}
+
 TEST_F(AddMappingControllerTest, aMediaKeyTargetSavesNothingButTheSheetStillCloses) {
     const RecordedKey mute{SourceKey::system(SystemKeyID::mute), {}};
     const auto existing = mapping(KeyCode::a, TargetAction::key(KeyCode::b));

@@ -325,3 +325,16 @@ TEST_F(AddMappingViewTest, editingACombinationShowsItAndSavesItUnchanged) {
     EXPECT_FALSE(ui.shown("mappingSheet"));
     EXPECT_EQ(ui.store().mappings().at(1), combination);
 }
+
+TEST_F(AddMappingViewTest, aKeyWithTwoRolesShowsBothInItsRowAndItsSheet) {
+    auto twoRoles = mapping(KeyCode::capsLock, TargetAction::modifiersOnly({.command = true, .option = true, .control = true, .shift = true}));
+    twoRoles.aloneKey = KeyCode::escape;
+    use({twoRoles});
+    EXPECT_EQ(visibleTexts(row(0)), (QStringList{"⇪", "HID+Tap", "⌃", "⌥", "⇧", "⌘", "· alone ⎋"}));
+    ui.click(row(0), UiHarness::Mouse::doubleClick);
+    EXPECT_EQ(recorderText("targetRecorder"), "⌃⌥⇧⌘");
+    EXPECT_EQ(recorderText("aloneRecorder"), "⎋");
+    ui.screenshot(QStringLiteral("sheet-edit-alone"));
+    ui.click(ui.find("primaryButton"));
+    EXPECT_EQ(ui.store().mappings().at(0), twoRoles);
+}

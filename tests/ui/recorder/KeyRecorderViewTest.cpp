@@ -145,6 +145,18 @@ TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesA
     for (const char* name : {"modCommand", "modShift", "keyButton_A"}) ui.click(ui.find(name));
     EXPECT_TRUE(!ui.shown("searchField") && field->isRecording());
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
+
+    // Modifiers alone, once one is ticked: they replace the key, and a key picked later replaces them.
+    field->stopRecording();
+    openPicker();
+    EXPECT_FALSE(ui.read("modifiersOnlyButton", "enabled").toBool());
+    for (const char* name : {"modControl", "modOption", "modifiersOnlyButton"}) ui.click(ui.find(name));
+    EXPECT_TRUE(!ui.shown("searchField") && !field->recordedKey());
+    EXPECT_EQ(field->modifiersOnly(), (Modifiers{.option = true, .control = true}));
+    EXPECT_EQ(field->text(), QStringLiteral("⌃⌥"));
+    openPicker();
+    ui.click(ui.find("keyButton_B"));
+    EXPECT_TRUE(field->recordedKey() && !field->modifiersOnly());
 }
 
 TEST_F(PickerViewTest, withoutModifiersThereIsNoModifierRowAndPicksAreBare) {
