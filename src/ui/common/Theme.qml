@@ -13,4 +13,7 @@ QtObject {
     readonly property color blue: "#007aff"
     readonly property color orange: "#ff9500"
     readonly property color red: "#ff3b30"
+    // A notice: dark amber text on pale amber, readable at 4.5:1 and more.
+    readonly property color noticeBackground: "#fff4d6"
+    readonly property color noticeText: "#5c3b00"
 }

@@ -187,9 +187,23 @@ TEST_F(MappingListViewTest, returnEditsTheSelectedRowAndDeleteOrBackspaceRemoves
     EXPECT_TRUE(row(1)->property("isSelected").toBool());
     ui.key(Qt::Key_Delete);
     EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{a.id, c.id}));
+    ui.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{a.id, b.id, c.id}));
     ui.click(row(1));
     for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Backspace}) ui.key(key);
-    EXPECT_EQ(idsOf(ui.store().mappings()), std::vector<Uuid>{c.id});
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{b.id, c.id}));
+    // Alt with an arrow moves the selected row, which stays selected.
+    ui.click(row(0));
+    ui.key(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_TRUE(idsOf(ui.store().mappings()) == (std::vector<Uuid>{c.id, b.id}) && model()->selectedRow() == 1);
+    ui.key(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{b.id, c.id}));
+    // With no sheet open, Escape and Ctrl+W close the window.
+    for (const auto& [key, modifiers] : {std::pair{Qt::Key_Escape, Qt::NoModifier}, std::pair{Qt::Key_W, Qt::ControlModifier}}) {
+        ui.view()->show(), ui.view()->requestActivate(), ui.settle();
+        ui.key(key, modifiers);
+        EXPECT_FALSE(ui.view()->isVisible()) << key;
+    }
 }
 
 TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
@@ -213,14 +227,16 @@ TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
     // and the state shown after.
     const std::tuple<bool, bool, bool> steps[] = {{true, true, true}, {true, true, false},
                                                   {true, false, false},  // the start fails: the switch stays off
-                                                  {false, true, true}};
+                                                  {false, true, true}, {true, true, false}, {true, false, false}};
     for (const auto& [clicked, trusted, on] : steps) {
         simAccessibility().setTrusted(trusted);
         clicked ? ui.click(ui.find("activeSwitch")) : (void)ui.manager().start();
         ui.settle();
         EXPECT_TRUE(ui.manager().isRunning() == on && ui.read("activeSwitch", "checked").toBool() == on) << on;
         EXPECT_EQ(ui.read("activeSwitch", "text"), on ? "Active" : "Inactive");
+        EXPECT_EQ(ui.shown("permissionNotice"), !on && !trusted) << on;
     }
+    ui.screenshot(QStringLiteral("config-permission-missing"));
 }
 
 TEST_F(MappingListViewTest, inTheSmallestWindowTheGearTogglesTheSettingsWholeOverItsTooltipAndTheWindowKeepsDrawing) {
