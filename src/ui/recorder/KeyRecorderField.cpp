@@ -1,6 +1,7 @@
 #include "ui/recorder/KeyRecorderField.h"
 
 #include "interception/EventTapManager.h"
+#include "ui/common/PermissionHelp.h"
 
 namespace orvane {
 
@@ -24,9 +25,31 @@ QString KeyRecorderField::text() const {
     return placeholder_;
 }
 
+void KeyRecorderField::setRecordedKey(std::optional<RecordedKey> key) {
+    setProblem({});
+    session_.setRecordedKey(std::move(key));
+}
+
+void KeyRecorderField::setProblem(QString problem) {
+    if (problem == problem_) return;
+    problem_ = std::move(problem);
+    emit changed();
+}
+
+QString KeyRecorderField::permissionHelpTitle() const { return permission::helpButtonTitle(); }
+
+void KeyRecorderField::showPermissionHelp() { permission::showHelp(); }
+
+// Without the permission a recording would wait for a key that never comes.
 void KeyRecorderField::toggleRecording() {
-    if (isRecording()) session_.stopRecording();
-    else session_.startRecording();
+    if (isRecording()) {
+        session_.stopRecording();
+    } else if (!permission::canReadKeyboard()) {
+        setProblem(permission::missingText(tr("it cannot record a key; pick one instead")));
+    } else {
+        setProblem({});
+        session_.startRecording();
+    }
 }
 
 void KeyRecorderField::stopRecording() {

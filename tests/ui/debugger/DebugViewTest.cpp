@@ -147,7 +147,12 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
     EXPECT_FALSE(ui.find("statusIcon")->isVisible() || ui.find("clearButton")->isEnabled());  // and no rows: see after a clear
     ui.screenshot(QStringLiteral("debugger-empty"));
 
+    simAccessibility().setTrusted(false);  // nothing could be captured: the notice says why instead
+    ui.click(ui.find("captureButton"));
+    EXPECT_TRUE(text("captureButton") == "Start Capture" && ui.shown("permissionNotice"));
+    simAccessibility().setTrusted(true);
     startCapture();
+    EXPECT_FALSE(ui.shown("permissionNotice"));
     EXPECT_EQ(text("captureButton"), "Stop Capture");
     for (const bool running : {true, false}) {
         running ? (void)ui.manager().start() : ui.manager().stop(), ui.settle();

@@ -83,7 +83,14 @@ TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndCle
 
 TEST_F(RecorderViewTest, whileRecordingTheFrameIsHighlightedUntilTheFirstKeyEndsIt) {
     showField(true);
+    // Without the permission Record says why and stays; a later Record that can read starts.
+    simAccessibility().setTrusted(false);
     ui.click(ui.find("recordButton"));
+    EXPECT_TRUE(!field->isRecording() && ui.shown("recorderProblem") && ui.shown("permissionHelpButton"));
+    ui.screenshot(QStringLiteral("recorder-not-allowed"));
+    simAccessibility().setTrusted(true);
+    ui.click(ui.find("recordButton"));
+    EXPECT_FALSE(ui.shown("recorderProblem"));
     EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
     EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
     EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Cancel"));
