@@ -39,6 +39,8 @@ ListView {
     }
 
     model: mappings
+    // Every row stays made (lists are short), so that a row dragged out of view keeps its pointer grab.
+    cacheBuffer: count * rowHeight
     clip: true
     activeFocusOnTab: true
     keyNavigationEnabled: false

@@ -222,6 +222,23 @@ TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
     EXPECT_EQ(ui.store().mappingForKey(KeyCode::a)->id, last.id);
 }
 
+// A row held at the bottom edge of a long list scrolls it and lands further down than the list showed.
+TEST_F(MappingListViewTest, aLongListShowsItsScrollBarAndScrollsWhileARowIsHeldAtItsEdge) {
+    std::vector<KeyMapping> rows;
+    for (int i = 0; i < 30; ++i) rows.push_back(mapping(KeyCode::a, TargetAction::block()));
+    use(rows);
+    EXPECT_EQ(ui.read("listScrollBar", "policy").toInt(), 2);  // ScrollBar.AlwaysOn
+    QQuickItem* list = ui.find("mappingList");
+    const QPoint start = row(0)->mapToScene(QPointF(row(0)->width() * 0.6, 14)).toPoint();
+    const QPoint edge = list->mapToScene(QPointF(row(0)->width() * 0.6, list->height() - 4)).toPoint();
+    QTest::mousePress(ui.view(), Qt::LeftButton, Qt::NoModifier, start);
+    for (int step = 1; step <= 8; ++step) QTest::mouseMove(ui.view(), start + (edge - start) * step / 8);
+    QTest::qWait(1500);
+    QTest::mouseRelease(ui.view(), Qt::LeftButton, Qt::NoModifier, edge), ui.settle();
+    const auto ids = idsOf(ui.store().mappings());
+    EXPECT_GT(std::find(ids.begin(), ids.end(), rows[0].id) - ids.begin(), 20);
+}
+
 TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
     // Whether the switch is clicked (or else the menu starts the tap), whether the process is trusted,
     // and the state shown after.

@@ -123,6 +123,12 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     showField(true);
     openPicker();
     EXPECT_EQ(cellCount(), 26);
+    // The arrows move the focus over keys, which scroll into view: down past the fold, then left.
+    ui.find("keyButton_A")->forceActiveFocus(Qt::TabFocusReason);
+    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Left}) ui.key(key);
+    QQuickItem *focused = ui.find("keyGridView")->window()->activeFocusItem(), *grid = ui.find("keyGridView");
+    ASSERT_TRUE(focused && focused->objectName() == "keyButton_Y");
+    EXPECT_TRUE(grid->boundingRect().contains(focused->mapRectToItem(grid, focused->boundingRect())));
     ui.click(ui.find("categoryTab_Media & System"));
     EXPECT_EQ(cellCount(), 5);
     ui.screenshot(QStringLiteral("picker-category"), ui.find("searchField"));
