@@ -19,7 +19,7 @@ using namespace orvane::debugtext;
 
 namespace {
 
-const QColor blue("#007aff"), gray("#8e8e93"), purple("#af52de"), orange("#ff9500"), green("#34c759");
+const QColor blue("#0a5cc2"), gray("#636366"), purple("#8944ab"), orange("#a65400"), green("#1d7a34");  // the theme's readable shades
 const QString instruction = QStringLiteral("Click 'Start Capture' then press any key to see its raw event data.");
 
 PlatformEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0) {

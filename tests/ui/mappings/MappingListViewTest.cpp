@@ -13,6 +13,8 @@
 #include <QStyleHints>
 #include <QTest>
 
+#include <cmath>
+
 #include <unistd.h>
 
 using namespace orvane;
@@ -134,6 +136,14 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
+    for (int i : {0, 4}) {  // Tap and HID: white on the badge's shade, readable at 4.5:1 or more
+        const auto luminance = [](QColor c) {
+            const auto linear = [](float v) { return v <= 0.03928f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f); };
+            return 0.2126f * linear(c.redF()) + 0.7152f * linear(c.greenF()) + 0.0722f * linear(c.blueF());
+        };
+        const QColor fill = childNamed(inRow(i, "methodBadge"), "badgeFill")->property("color").value<QColor>();
+        EXPECT_GE(1.05f / (luminance(fill) + 0.05f), 4.5f) << fill.name().toStdString();
+    }
     // The block sign is drawn in red; a disabled row's keycaps, source and target, are dimmed.
     EXPECT_GT(pixelsLike(inRow(2, "blockTarget"), QColor("#ff3b30")), 10);
     const auto ink = [&](int i, const char* part) { return childNamed(inRow(i, part), "keycapLabel")->property("color"); };
