@@ -87,22 +87,29 @@ void AppDelegate::requestAccessibilityPermission() {
 }
 
 void AppDelegate::showAccessibilityAlert() {
-    AlertPresenter::Alert alert;
-    alert.style = AlertPresenter::Alert::Style::warning;
-    alert.message = QStringLiteral("Accessibility Permission Required");
-    alert.informativeText = QStringLiteral(
-        "Orvane needs Accessibility permission to intercept and remap keyboard events.\n\n"
-        "Please grant permission in System Settings > Privacy & Security > Accessibility, then restart the app.");
-    alert.buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Later")};
-    QString target = accessibilitySettingsUrl;
-    if (const auto instructions = services_.accessibility.instructions()) {
-        alert.informativeText = QString::fromStdString(instructions->informativeText);
-        alert.buttons.front() = QString::fromStdString(instructions->openButtonTitle);
-        target = QString::fromStdString(instructions->url);
-    }
-    if (services_.alerts.present(alert) != AlertPresenter::firstButtonResponse) return;
-    const QUrl url(target, QUrl::StrictMode);
-    if (url.isValid()) services_.urlOpener.open(url);
+    services_.alerts.whenFree([this] {
+        AlertPresenter::Alert alert;
+        alert.style = AlertPresenter::Alert::Style::warning;
+        alert.message = QStringLiteral("Accessibility Permission Required");
+        alert.informativeText = QStringLiteral(
+            "Orvane needs Accessibility permission to intercept and remap keyboard events.\n\n"
+            "Please grant permission in System Settings > Privacy & Security > Accessibility, then restart the app.");
+        alert.buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Later")};
+        QString target = accessibilitySettingsUrl;
+        const auto instructions = services_.accessibility.instructions();
+        if (instructions) {
+            alert.message = QString::fromStdString(instructions->title);
+            alert.informativeText = QString::fromStdString(instructions->informativeText);
+            for (const std::string& command : instructions->commands) alert.lines.append(QString::fromStdString(command));
+            alert.buttons.front() = QString::fromStdString(instructions->openButtonTitle);
+            target = QString::fromStdString(instructions->url);
+        }
+        if (services_.alerts.present(alert) != AlertPresenter::firstButtonResponse) return;
+        const QUrl url(target, QUrl::StrictMode);
+        if (!url.isValid()) return;
+        if (instructions) openOrShow(services_.urlOpener, services_.alerts, url, QStringLiteral("Could Not Open the Instructions"));
+        else services_.urlOpener.open(url);
+    });
 }
 
 void AppDelegate::openConfiguration() { openWindow(configWindow_, configurationWindowLayout()); }

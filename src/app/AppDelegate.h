@@ -81,7 +81,10 @@ public:
 
     void toggleInterception();
     void requestAccessibilityPermission();
+    // Waits for any other alert on screen to be answered first.
     void showAccessibilityAlert();
+    // The views' way to the permission alert (SettingsActions).
+    void showPermissionHelp() override { showAccessibilityAlert(); }
 
     StatusItem* statusItem() const { return statusItem_.get(); }
     HostedWindow* configWindow() const { return configWindow_.get(); }

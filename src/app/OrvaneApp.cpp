@@ -60,7 +60,8 @@ int runOrvaneApp(int argc, char** argv) {
     if (const QString tool = qEnvironmentVariable("ORVANE_HIDUTIL"); !tool.isEmpty())
         MappingStore::installShared(std::make_unique<MappingStore>(UserDefaults::shared(), HIDUtil(tool)));
 
-    MessageBoxAlertPresenter alerts;
+    // The update check's alerts and the delegate's take turns on one presenter.
+    MessageBoxAlertPresenter& alerts = MessageBoxAlertPresenter::shared();
     DesktopUrlOpener urlOpener;
     TrayStatusBar statusBar(trayIconClickOpensMenu(), &trayPanelLightness);
     WindowHost windows(UserDefaults::shared(), [](QQmlEngine& engine) { ui::prepareEngine(engine); });

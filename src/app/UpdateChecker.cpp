@@ -65,12 +65,11 @@ std::optional<VersionInfo> VersionInfo::decode(const QByteArray& data) {
 
 UpdateChecker& UpdateChecker::shared() {
     return SharedInstance<UpdateChecker>::get([] {
-        static MessageBoxAlertPresenter alerts;
         static DesktopUrlOpener urlOpener;
         const Clock systemClock = [] { return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0; };
         return std::make_unique<UpdateChecker>(UserDefaults::shared(), nullptr, systemClock, defaultVersionUrl(),
                                                QString::fromUtf8(buildconfig::version), QString::fromUtf8(buildconfig::build),
-                                               alerts, urlOpener);
+                                               MessageBoxAlertPresenter::shared(), urlOpener);
     });
 }
 
@@ -131,7 +130,9 @@ void UpdateChecker::handleVersionData(const QByteArray& data) {
     if (!isNewerVersion(info->version.toStdString(), info->build, currentVersion_.toStdString(), currentBuild_)) return;
     // The alert blocks in its own event loop; running it from the event loop rather than inside the
     // caller (the reply's finished handler) keeps the network stack out of that nested loop.
-    QMetaObject::invokeMethod(this, [this, info = *info] { showUpdateAlert(info); }, Qt::QueuedConnection);
+    // Another alert on screen (the permission's, at a first launch) is answered first.
+    QMetaObject::invokeMethod(this, [this, info = *info] { alerts_.whenFree([this, info] { showUpdateAlert(info); }); },
+                              Qt::QueuedConnection);
 }
 
 void UpdateChecker::showUpdateAlert(const VersionInfo& info) {
@@ -146,7 +147,8 @@ void UpdateChecker::showUpdateAlert(const VersionInfo& info) {
 
     // Only a web page over https: a file:, custom-scheme or plain http link from the server is not followed.
     const QUrl url(info.downloadURL, QUrl::StrictMode);
-    if (url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty()) urlOpener_.open(url);
+    if (url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty())
+        openOrShow(urlOpener_, alerts_, url, QStringLiteral("Could Not Open the Download Page"));
 }
 
 }  // namespace orvane

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -85,7 +86,9 @@ class Accessibility {
 public:
     // How to grant trust where the system has no Accessibility settings of its own.
     struct Instructions {
+        std::string title;  // the alert's, in the system's words
         std::string informativeText;
+        std::vector<std::string> commands;  // to type in a terminal, each shown on a line of its own
         std::string openButtonTitle;
         std::string url;  // what that button opens
     };

@@ -47,6 +47,7 @@ void MappingStore::loadMappings() {
         // The undecodable bytes stay stored; the first save keeps them aside before replacing them.
         print("Failed to decode mappings: " + result.error->description());
         undecodable_ = *stored;
+        wasUndecodable_ = true;
         table_.assign({});
         return;
     }
@@ -58,18 +59,52 @@ void MappingStore::saveMappings() {
         // Never lost silently: without a copy aside, the stored list is left as it is.
         if (const auto failure = defaults_.setData(undecodableBackupKey, *undecodable_)) {
             print("Failed to save mappings: " + failure->toStdString());
+            setSaveError(*failure);
             return;
         }
         print("MappingStore: Kept the undecodable mappings under " + undecodableBackupKey.toStdString());
         undecodable_.reset();
+        emit storageStateChanged();
     }
     const std::string json = encodeMappings(table_.list());
-    if (const auto failure = defaults_.setData(userDefaultsKey, QByteArray(json.data(), static_cast<qsizetype>(json.size()))))
-        print("Failed to save mappings: " + failure->toStdString());
+    const auto failure = defaults_.setData(userDefaultsKey, QByteArray(json.data(), static_cast<qsizetype>(json.size())));
+    if (failure) print("Failed to save mappings: " + failure->toStdString());
+    setSaveError(failure.value_or(QString()));
+}
+
+void MappingStore::setSaveError(QString error) {
+    if (error == saveError_) return;
+    saveError_ = std::move(error);
+    emit storageStateChanged();
 }
 
 void MappingStore::setMappings(std::vector<KeyMapping> mappings) {
+    if (mappings != table_.list()) {
+        undone_.push_back(table_.list());
+        if (undone_.size() > undoLimit) undone_.erase(undone_.begin());
+        const bool hadRedo = !redone_.empty();
+        redone_.clear();
+        if (undone_.size() == 1 || hadRedo) emit historyChanged();
+    }
     table_.assign(std::move(mappings));
+    mappingsDidChange();
+}
+
+void MappingStore::undo() {
+    if (undone_.empty()) return;
+    redone_.push_back(table_.list());
+    table_.assign(std::move(undone_.back()));
+    undone_.pop_back();
+    emit historyChanged();
+    mappingsDidChange();
+}
+
+void MappingStore::redo() {
+    if (redone_.empty()) return;
+    undone_.push_back(table_.list());
+    table_.assign(std::move(redone_.back()));
+    redone_.pop_back();
+    emit historyChanged();
     mappingsDidChange();
 }
 

@@ -63,6 +63,23 @@ public:
     // The stored alone time, read afresh; 500 ms when absent or not a time from 0 to 10 s.
     std::chrono::milliseconds aloneTime() const;
 
+    // Every change of the list can be undone, and what was undone redone until the next change.
+    // The latest undoLimit changes are kept; a change that leaves the list as it was is none.
+    static constexpr std::size_t undoLimit = 100;
+    bool canUndo() const { return !undone_.empty(); }
+    bool canRedo() const { return !redone_.empty(); }
+    void undo();
+    void redo();
+
+    // Why the latest save failed; empty once one works. The list in memory is then newer than storage.
+    const QString& saveError() const { return saveError_; }
+    // The stored list could not be read at start (the list is then empty). Its bytes stay where they
+    // were until the first save, which keeps them under undecodableBackupKey first.
+    bool wasUndecodable() const { return wasUndecodable_; }
+    bool isUndecodableKeptAside() const { return wasUndecodable_ && !undecodable_; }
+    // Where the settings live (a file, or the system's name for the database).
+    QString storageLocation() const { return defaults_.location(); }
+
     // Queues the Caps Lock decision and returns at once.
     void updateCapsLockHIDRemap();
     void setCapsLockHIDState(bool remapped, bool direct);
@@ -82,16 +99,27 @@ signals:
     void mappingsChanged();
     void isCapsLockHIDRemappedChanged();
     void isCapsLockDirectHIDChanged();
+    // canUndo() or canRedo() may have changed.
+    void historyChanged();
+    // saveError() or isUndecodableKeptAside() changed.
+    void storageStateChanged();
 
 private:
     void loadMappings();
     void saveMappings();
     void mappingsDidChange();
+    void setSaveError(QString error);
+
+    using History = std::vector<std::vector<KeyMapping>>;
 
     UserDefaults& defaults_;
     IndexedMappings table_;
     // The stored bytes that failed to decode at load, until they are kept aside.
     std::optional<QByteArray> undecodable_;
+    bool wasUndecodable_ = false;
+    QString saveError_;
+    History undone_;  // the lists before each change, latest last
+    History redone_;  // the lists before each undo, latest last
     bool isInitialized_ = false;
     CapsLockDecisions capsLockDecisions_;  // declared last: its worker finishes before the rest goes
 };

@@ -25,7 +25,8 @@ inline std::string summary(const AlertPresenter::Alert& alert) {
 
 struct RecordingUrlOpener : UrlOpener {
     std::vector<QUrl> opened;
-    bool open(const QUrl& url) override { return opened.push_back(url), true; }
+    bool handles = true;  // false: no application takes URLs
+    bool open(const QUrl& url) override { return opened.push_back(url), handles; }
 };
 
 struct LoneInstanceChannel : InstanceChannel {

@@ -1,12 +1,15 @@
 // The version rules, and the update check against local HTTP and HTTPS servers with an injected clock, alerts and URL opener.
 #include "AppFakes.h"
+#include "app/MessageBoxAlertPresenter.h"
 #include "app/UpdateChecker.h"
 #include "app/VersionComparison.h"
 #include "store/UserDefaults.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -16,6 +19,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <cmath>
 
@@ -221,4 +225,29 @@ TEST_F(UpdateCheckerTest, downloadOpensTheDownloadUrlWhenItIsOne) {
         checker->showUpdateAlert({"1.3", 1, downloadURL, "Notes"});
         EXPECT_EQ(opener.opened, opens ? std::vector<QUrl>{QUrl(downloadURL)} : std::vector<QUrl>{});
     }
+    // Where nothing opens it, a second alert shows the address to open by hand.
+    opener.handles = false, alerts.answer = AlertPresenter::firstButtonResponse;
+    checker->showUpdateAlert({"1.3", 1, "https://example.org/Orvane-1.3.dmg", "Notes"});
+    EXPECT_EQ(summary(alerts.shown.back()), "warning: Could Not Open the Download Page [OK]");
+    EXPECT_EQ(alerts.shown.back().lines, QStringList{"https://example.org/Orvane-1.3.dmg"});
+}
+
+// An alert asked for while another is on screen comes once that one is answered and acted on; an
+// alert's lines stand whole, selectable, each on its own.
+TEST(MessageBoxAlertPresenter, alertsTakeTurnsAndTheirLinesStandAlone) {
+    MessageBoxAlertPresenter alerts;
+    std::vector<std::string> order;
+    QString shownText;
+    QTimer::singleShot(0, [&] {
+        alerts.whenFree([&] { order.push_back("second"); });
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(box);
+        shownText = box->informativeText();
+        box->close();
+    });
+    alerts.present({AlertPresenter::Alert::Style::warning, "First", "Type this:", {"sudo modprobe uinput"}, {"OK"}});
+    order.push_back("first acted on");
+    QCoreApplication::sendPostedEvents(), QCoreApplication::processEvents();
+    EXPECT_EQ(order, (std::vector<std::string>{"first acted on", "second"}));
+    EXPECT_EQ(shownText, "<p>Type this:</p><pre>sudo modprobe uinput</pre>");
 }

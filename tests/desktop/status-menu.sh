@@ -2,7 +2,8 @@
 # The real application on a real desktop: under Xvfb with openbox and a dark tint2 panel (which has a
 # system tray), Orvane shows its status item, in light ink though Qt's palette is light; a right click
 # opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger; the key
-# picker gets no taskbar entry. Exits 77 (skipped) when the desktop tools are missing.
+# picker gets no taskbar entry; Escape, Ctrl+W, Ctrl+, and Ctrl+Q act in the windows. Exits 77 (skipped)
+# when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
@@ -105,5 +106,19 @@ xdotool mousemove --window "$config" 430 27 click 1 sleep 1.5 mousemove --window
 for _ in $(seq 25); do [ "$(shown)" -gt "$before" ] && break; sleep 0.2; done
 [ "$(shown)" -gt "$before" ] || { echo "status-menu: the key picker did not open"; exit 1; }
 [ "$(managed)" -eq "$windows" ] || { echo "status-menu: the key picker is a managed window, with a taskbar entry"; exit 1; }
+# The windows' keys: Escape closes the picker, then the sheet, then the window, as Ctrl+W does;
+# Ctrl+, in the debugger opens the configuration window again and Ctrl+Q in it quits.
+visible() { xdotool search --onlyvisible --name "$1" >/dev/null 2>&1; }
+until_() { for _ in $(seq 25); do "$@" && return 0; sleep 0.2; done; return 1; }
+xdotool key Escape sleep 0.5 key Escape sleep 0.5
+xdotool windowactivate --sync "$config" key Escape
+until_ eval '! visible "^Orvane$"' || { echo "status-menu: Escape did not close the configuration window"; exit 1; }
+xdotool windowactivate --sync "$(xdotool search --name '^Key Event Debugger$' | head -1)" key ctrl+comma
+until_ visible '^Orvane$' || { echo "status-menu: Ctrl+, in the debugger did not open the configuration window"; exit 1; }
+config=$(xdotool search --onlyvisible --name '^Orvane$' | head -1)  # shown again in a new X window
+xdotool windowactivate --sync "$config" key ctrl+w
+until_ eval '! visible "^Orvane$"' || { echo "status-menu: Ctrl+W did not close the configuration window"; exit 1; }
+xdotool windowactivate --sync "$(xdotool search --name '^Key Event Debugger$' | head -1)" key ctrl+q
 # An orderly quit; in the sanitizer build a leak report also makes the exit status non-zero.
-kill -TERM "$app"; wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }
+until_ eval '! kill -0 "$app" 2>/dev/null' || { echo "status-menu: Ctrl+Q in a window did not quit"; kill -TERM "$app"; }
+wait "$app" || { echo "status-menu: Orvane did not quit cleanly"; cat "$work/out.txt"; exit 1; }

@@ -5,12 +5,16 @@
 #include "PrintedLines.h"
 #include "interception/EventCapturer.h"
 #include "interception/EventTapManager.h"
+#include "platform/linux/LinuxAccessibility.h"
 #include "platform/linux/LinuxEventSystem.h"
 #include "store/MappingStore.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <linux/input-event-codes.h>
@@ -124,4 +128,17 @@ TEST_F(LinuxEventSystemTest, theDesktopsCapsLockLightReachesKeyboardsAndTheFlags
     EXPECT_TRUE(!keyboards.grabbed && type({{KEY_A, 1}}).empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(seen, 1);
+}
+
+// Installed beside bin/, or in the checkout that holds the build wherever it is, else a name to look for.
+TEST(LinuxAccessibilityTest, theInstructionsAreFoundInstalledOrInTheCheckoutAroundTheBuild) {
+    QTemporaryDir root;
+    const std::pair<const char*, const char*> layouts[] = {{"usr/share/doc/orvane/linux-permissions.md", "usr/bin"},
+                                                           {"moved/checkout/docs/linux-permissions.md", "moved/checkout/build/test/src"}};
+    for (const auto& [document, applicationDir] : layouts) {
+        ASSERT_TRUE(QDir(root.path()).mkpath(QFileInfo(root.filePath(document)).path()) && QDir(root.path()).mkpath(applicationDir));
+        ASSERT_TRUE(QFile(root.filePath(document)).open(QIODevice::WriteOnly));
+        EXPECT_EQ(LinuxAccessibility::instructionsPath(root.filePath(applicationDir)), QFileInfo(root.filePath(document)).canonicalFilePath().toStdString());
+    }
+    EXPECT_EQ(LinuxAccessibility::instructionsPath(root.filePath("elsewhere")), "docs/linux-permissions.md");
 }

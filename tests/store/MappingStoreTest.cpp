@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -176,7 +178,9 @@ TEST_F(MappingStoreTest, undecodableDataGivesAnEmptyListAndIsKeptAsideByTheNextS
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0].rfind("Failed to decode mappings: ", 0), 0u) << lines[0];
     EXPECT_EQ(storedBytes(), garbage);
+    EXPECT_TRUE(store->wasUndecodable() && !store->isUndecodableKeptAside());
     store->addMapping(mapping(KeyCode::c, TargetAction::key(KeyCode::d)));
+    EXPECT_TRUE(store->isUndecodableKeptAside());
     EXPECT_EQ(storedBytes().toStdString(), encodeMappings(store->mappings()));
     EXPECT_EQ(defaults->data(MappingStore::undecodableBackupKey), garbage);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "MappingStore: Kept the undecodable mappings under Orvane.Mappings.Undecodable"), 1);
@@ -220,9 +224,32 @@ TEST_F(MappingStoreTest, aFailedSaveIsReportedAndTheNextOneThatWorksIsNot) {
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back().rfind("Failed to save mappings: ", 0), 0u) << lines.back();
     EXPECT_EQ(store->mappings(), std::vector{m});
+    EXPECT_TRUE(store->saveError().startsWith("cannot write")) << store->saveError().toStdString();
     ASSERT_TRUE(QFile::remove(dir.filePath("not-a-folder")) && QDir(dir.path()).mkdir("not-a-folder"));
     lines.clear();
     store->addMapping(n);
-    EXPECT_TRUE(lines.empty()) << lines.front();
+    EXPECT_TRUE(lines.empty() && store->saveError().isEmpty()) << lines.front();
     EXPECT_EQ(openStore(UserDefaults::openFile(dir.filePath("not-a-folder/settings.ini")).get())->mappings(), (std::vector{m, n}));
+}
+
+// Each kind of change is undone in turn, each step saved; redoing stops at the next new change.
+TEST_F(MappingStoreTest, changesAreUndoneAndRedoneInTurnUntilANewChange) {
+    const auto store = openStore();
+    const KeyMapping a = mapping(KeyCode::a, TargetAction::block()), b = mapping(KeyCode::b, TargetAction::block());
+    KeyMapping edited = b;
+    edited.targetAction = TargetAction::key(KeyCode::c);
+    const std::function<void()> changes[] = {
+        [&] { store->addMapping(a); }, [&] { store->addMapping(b); }, [&] { store->moveMappings({1}, 0); },
+        [&] { store->updateMapping(edited); }, [&] { store->toggleMapping(a.id); }, [&] { store->removeMappings({0}); }};
+    std::vector<std::vector<KeyMapping>> states{store->mappings()};
+    for (const auto& change : changes) change(), states.push_back(store->mappings());
+    for (std::size_t i = states.size() - 1; i > 0; --i) {
+        store->undo();
+        EXPECT_EQ(store->mappings(), states[i - 1]) << i;
+    }
+    EXPECT_FALSE(store->canUndo());
+    store->redo(), store->redo();
+    EXPECT_EQ(openStore()->mappings(), states[2]);
+    store->deleteMapping(a.id);
+    EXPECT_TRUE(store->canUndo() && !store->canRedo());
 }

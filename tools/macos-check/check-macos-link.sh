@@ -46,7 +46,7 @@ for framework in $(grep -o -- '-framework [A-Za-z]*' "$root/src/platform/mac/CMa
 done
 
 "$moc" -fplatform/InstanceChannel.h -o "$work/moc_InstanceChannel.cpp" "$root/src/platform/InstanceChannel.h"
-objects_from=("${sources[@]}" src/platform/InstanceChannel.cpp src/platform/Diagnostics.cpp src/platform/sim/SimLoginItem.cpp
+objects_from=("${sources[@]}" src/platform/InstanceChannel.cpp src/platform/DesktopWords.cpp src/platform/Diagnostics.cpp src/platform/sim/SimLoginItem.cpp
               tools/macos-check/link-main.cpp)
 failed=0
 for arch in arm64 x86_64; do

@@ -1,6 +1,7 @@
 // The entry point of the macOS link check (check-macos-link.sh): it reaches every operation the platform
 // layer offers, so each must be defined by the macOS objects, and the linker follows every call they
 // make. Linked, never run.
+#include "platform/DesktopWords.h"
 #include "platform/EventSystem.h"
 #include "platform/HidTool.h"
 #include "platform/LoginItem.h"
@@ -36,6 +37,7 @@ int main() {
     (void)loginItem.unregisterItem();
     LoginItem::installShared(nullptr);
     (void)hidToolPath();
+    (void)DesktopWords::shared();
 
     const std::unique_ptr<InstanceChannel> channel = createInstanceChannel();
     if (channel->claimOrHandOver("message", std::chrono::milliseconds(0)) == InstanceChannel::Claim::ours) channel->stopListening();

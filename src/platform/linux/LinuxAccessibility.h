@@ -3,6 +3,8 @@
 
 #include "platform/EventSystem.h"
 
+#include <QString>
+
 #include <functional>
 
 namespace orvane {
@@ -16,8 +18,9 @@ public:
     bool isProcessTrusted(bool prompt) override;
     std::optional<Instructions> instructions() const override;
 
-    // Where the instructions are: installed beside the application, else in its source tree.
-    static std::string instructionsPath();
+    // Where the instructions are for an application in applicationDir: installed beside it, else in
+    // the source tree it was built in; a relative name where neither is found.
+    static std::string instructionsPath(const QString& applicationDir);
 
 private:
     std::function<bool()> outputCreated_;

@@ -1,5 +1,6 @@
 // The Linux choices: a per-user local socket between launches; no reopen, secure input or HID resets
 // (orvane-hidutil gives keyboards plugged in later the mapping in force); resident memory from /proc.
+#include "platform/DesktopWords.h"
 #include "platform/PlatformServices.h"
 #include "platform/linux/LocalSocketInstanceChannel.h"
 
@@ -22,6 +23,11 @@ std::function<bool()> secureInputQuery() { return {}; }
 void activateApplication() {}
 
 bool trayIconClickOpensMenu() { return false; }
+
+const DesktopWords& DesktopWords::shared() {
+    static const DesktopWords words = linuxDesktop();
+    return words;
+}
 
 std::optional<long long> residentMemoryKiB() {
     std::ifstream status("/proc/self/status");

@@ -1,4 +1,5 @@
-// The process-wide login item and HID tool on macOS.
+// The process-wide login item, HID tool and desktop words on macOS.
+#include "platform/DesktopWords.h"
 #include "platform/HidTool.h"
 #include "platform/PrivateInstance.h"
 #include "platform/SharedInstance.h"
@@ -18,5 +19,10 @@ LoginItem& LoginItem::shared() {
 void LoginItem::installShared(std::unique_ptr<LoginItem> item) { SharedInstance<LoginItem>::install(std::move(item)); }
 
 QString hidToolPath() { return QStringLiteral("/usr/bin/hidutil"); }
+
+const DesktopWords& DesktopWords::shared() {
+    static const DesktopWords words = mac();
+    return words;
+}
 
 }  // namespace orvane

@@ -13,4 +13,21 @@ QtObject {
     readonly property color blue: "#007aff"
     readonly property color orange: "#ff9500"
     readonly property color red: "#ff3b30"
+    // Fills under white badge text: the system colours darkened to a contrast of at least 4.5:1.
+    readonly property color badgeGreen: "#1d7a34"
+    readonly property color badgeBlue: "#0a5cc2"
+    readonly property color badgeOrange: "#a65400"
+    readonly property color badgeGray: "#636366"
+    readonly property color badgePurple: "#8944ab"
+    function badgeFill(colorName: string): color {
+        switch (colorName) {
+        case "green": return badgeGreen
+        case "blue": return badgeBlue
+        case "orange": return badgeOrange
+        default: return badgeGray
+        }
+    }
+    // A notice: dark amber text on pale amber, readable at 4.5:1 and more.
+    readonly property color noticeBackground: "#fff4d6"
+    readonly property color noticeText: "#5c3b00"
 }

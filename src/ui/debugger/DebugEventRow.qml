@@ -72,7 +72,7 @@ Item {
                     text: root.decoded
                     font.pixelSize: 11
                     font.weight: Font.Medium
-                    color: Theme.green
+                    color: Theme.badgeGreen
                 }
             }
             Row {
@@ -84,7 +84,7 @@ Item {
                     visible: text !== ""
                     text: root.interception
                     font.pixelSize: 10
-                    color: root.interceptionActive ? Theme.orange : root.secondary
+                    color: root.interceptionActive ? Theme.badgeOrange : root.secondary
                 }
                 Label {
                     id: flagsLabel

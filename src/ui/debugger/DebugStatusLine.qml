@@ -10,7 +10,7 @@ RowLayout {
     property string text
     property string iconName
 
-    readonly property color tint: status === DebugViewModel.MappingsActive ? Theme.green : palette.placeholderText
+    readonly property color tint: status === DebugViewModel.MappingsActive ? Theme.badgeGreen : palette.placeholderText
 
     objectName: "statusLine"
     spacing: 4

@@ -51,6 +51,14 @@ Pane {
             iconName: root.model.statusIcon
         }
 
+        NoticeBar {
+            objectName: "permissionNotice"
+            Layout.fillWidth: true
+            text: root.model.permissionNotice
+            actionTitle: root.model.permissionHelpTitle
+            onActionRequested: root.model.showPermissionHelp()
+        }
+
         DebugEventList {
             id: eventList
             Layout.fillWidth: true

@@ -4,6 +4,7 @@
 #include "interception/EventTapManager.h"
 #include "store/MappingStore.h"
 #include "ui/debugger/DebugEventText.h"
+#include "ui/common/PermissionHelp.h"
 #include "ui/debugger/DebugEventWords.h"
 
 #include <QMetaObject>
@@ -113,8 +114,18 @@ void DebugViewModel::toggleCapture() {
         startCapture();
 }
 
+QString DebugViewModel::permissionHelpTitle() const { return permission::helpButtonTitle(); }
+
+void DebugViewModel::showPermissionHelp() { permission::showHelp(); }
+
 void DebugViewModel::startCapture() {
     if (isCapturing()) return;
+    const QString notice = permission::canReadKeyboard() ? QString() : permission::missingText(tr("no key event can be captured"));
+    if (notice != permissionNotice_) {
+        permissionNotice_ = notice;
+        emit permissionNoticeChanged();
+    }
+    if (!notice.isEmpty()) return;
     capturer_ = std::make_unique<EventCapturer>(
         eventSystem_, store_, manager_,
         [this](const DebugEvent& record) {

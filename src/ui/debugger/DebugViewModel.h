@@ -32,6 +32,8 @@ class DebugViewModel : public QAbstractListModel {
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
     Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY statusChanged)
+    Q_PROPERTY(QString permissionNotice READ permissionNotice NOTIFY permissionNoticeChanged)
+    Q_PROPERTY(QString permissionHelpTitle READ permissionHelpTitle CONSTANT)
 
 public:
     static constexpr int maxDebugEvents = 100;
@@ -75,8 +77,14 @@ public:
 
     const std::deque<DebugEvent>& events() const { return events_; }
 
+    // Why the latest start captured nothing: Orvane may not read the keyboard. Empty otherwise.
+    QString permissionNotice() const { return permissionNotice_; }
+    QString permissionHelpTitle() const;
+    Q_INVOKABLE void showPermissionHelp();
+
     Q_INVOKABLE void toggleCapture();
-    // A capture whose tap cannot be created still counts as running; no record arrives.
+    // A capture whose tap cannot be created still counts as running; no record arrives. Without the
+    // permission to read the keyboard no capture starts and permissionNotice says why.
     Q_INVOKABLE void startCapture();
     // Keeps the records; records already queued by the capture still arrive.
     Q_INVOKABLE void stopCapture();
@@ -92,6 +100,7 @@ signals:
     void filterNoiseChanged();
     void countChanged();
     void statusChanged();
+    void permissionNoticeChanged();
     // The number of records changed while auto-scroll is on and records remain: show the newest.
     // A full list keeps its count, so arrivals then no longer ask for scrolling.
     void scrollToNewest();
@@ -106,6 +115,7 @@ private:
     std::unique_ptr<EventCapturer> capturer_;
     bool autoScroll_ = true;
     bool filterNoise_ = true;
+    QString permissionNotice_;
 };
 
 }  // namespace orvane

@@ -7,14 +7,13 @@ Label {
     id: root
     property int tone: DebugEventText.Secondary
 
-    // macOS system gray and purple; the other tones come from the theme.
+    // The theme's badge shades, under which white text stays readable.
     readonly property color fill: {
         switch (tone) {
-        case DebugEventText.Blue: return Theme.blue
-        case DebugEventText.Gray: return "#8e8e93"
-        case DebugEventText.Purple: return "#af52de"
-        case DebugEventText.Orange: return Theme.orange
-        default: return palette.placeholderText
+        case DebugEventText.Blue: return Theme.badgeBlue
+        case DebugEventText.Purple: return Theme.badgePurple
+        case DebugEventText.Orange: return Theme.badgeOrange
+        default: return Theme.badgeGray
         }
     }
 

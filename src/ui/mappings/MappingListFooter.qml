@@ -7,6 +7,8 @@ import Orvane 1.0
 Item {
     id: root
     property string summary
+    // How the list is ordered and undone from the keyboard.
+    property string keysHint
 
     implicitHeight: row.implicitHeight + 16
 
@@ -27,9 +29,14 @@ Item {
             onClicked: settings.toggle()
         }
         Label {
+            objectName: "orderingHint"
             text: qsTr("Drag to reorder \u2022 First match wins")
             font: Theme.caption
             color: palette.placeholderText
+            HoverHandler { id: hintHover }
+            ToolTip.visible: hintHover.hovered
+            ToolTip.delay: 500
+            ToolTip.text: root.keysHint
         }
         Item { Layout.fillWidth: true }
         Label {

@@ -7,6 +7,8 @@ import Orvane 1.0
 Item {
     id: root
     signal addRequested()
+    // The switch was turned on or off; what the manager then does shows in the switch.
+    signal interceptionRequested(bool on)
 
     implicitHeight: row.implicitHeight + 2 * Theme.padding
 
@@ -23,8 +25,7 @@ Item {
             // Whatever the call did, the switch shows the manager's state afterwards:
             // a start that fails leaves it off.
             onToggled: {
-                if (checked) TapManager.start()
-                else TapManager.stop()
+                root.interceptionRequested(checked)
                 checked = Qt.binding(() => TapManager.isRunning)
             }
             FocusRing {}

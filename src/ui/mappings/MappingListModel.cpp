@@ -1,8 +1,12 @@
 #include "ui/mappings/MappingListModel.h"
 
 #include "interception/EventTapManager.h"
+#include "platform/DesktopWords.h"
 #include "store/MappingStore.h"
+#include "ui/common/PermissionHelp.h"
 #include "ui/mappings/RemapMethod.h"
+
+#include <QKeySequence>
 
 #include <algorithm>
 #include <utility>
@@ -42,6 +46,12 @@ MappingListModel::MappingListModel(MappingStore& store, EventSystem& events, Eve
     : QAbstractListModel(parent), store_(store), events_(events), manager_(manager), rows_(store.mappings()) {
     connect(&store_, &MappingStore::mappingsChanged, this, &MappingListModel::storeChanged);
     connect(&store_, &MappingStore::isCapsLockDirectHIDChanged, this, &MappingListModel::capsLockMethodChanged);
+    connect(&store_, &MappingStore::historyChanged, this, &MappingListModel::historyChanged);
+    connect(&store_, &MappingStore::storageStateChanged, this, &MappingListModel::storageNoticeChanged);
+    connect(&manager_, &EventTapManager::isRunningChanged, this, [this](bool running) {
+        if (running) setPermissionNotice({});
+    });
+    checkPermission();
 }
 
 MappingListModel::MappingListModel(QObject* parent)
@@ -182,6 +192,58 @@ int MappingListModel::destinationFor(int row, int steps) const {
     const int destination = steps > 0 ? row + steps + 1 : row + steps;
     return std::clamp(destination, 0, count());
 }
+
+void MappingListModel::moveSelected(int steps) {
+    if (const int row = selectedRow(); row >= 0) move({row}, destinationFor(row, steps));
+}
+
+QString MappingListModel::keysHint() const {
+    const QString chord = DesktopWords::shared().optionChord;
+    return tr("Select a mapping and press %1↑ or %1↓ to move it. %2 undoes a change.")
+        .arg(chord, QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText));
+}
+
+bool MappingListModel::canUndo() const { return store_.canUndo(); }
+bool MappingListModel::canRedo() const { return store_.canRedo(); }
+void MappingListModel::undo() { store_.undo(); }
+void MappingListModel::redo() { store_.redo(); }
+
+QString MappingListModel::storageNotice() const {
+    if (!store_.saveError().isEmpty())
+        return tr("Your changes could not be saved (%1). They last only until Orvane quits.").arg(store_.saveError());
+    if (store_.isUndecodableKeptAside())
+        return tr("Your saved mappings could not be read. They are kept in %1 under %2.")
+            .arg(store_.storageLocation(), MappingStore::undecodableBackupKey);
+    if (store_.wasUndecodable())
+        return tr("Your saved mappings could not be read. They stay as they were in %1; your next change keeps them under %2.")
+            .arg(store_.storageLocation(), MappingStore::undecodableBackupKey);
+    return {};
+}
+
+void MappingListModel::setInterception(bool on) {
+    if (!on) {
+        manager_.stop();
+        return;
+    }
+    if (manager_.start()) return;
+    checkPermission();
+    if (permissionNotice_.isEmpty()) setPermissionNotice(manager_.lastErrorText());
+}
+
+void MappingListModel::checkPermission() {
+    if (!manager_.isRunning() && !permission::canReadKeyboard())
+        setPermissionNotice(permission::missingText(tr("it cannot remap keys")));
+}
+
+void MappingListModel::setPermissionNotice(QString notice) {
+    if (notice == permissionNotice_) return;
+    permissionNotice_ = std::move(notice);
+    emit permissionNoticeChanged();
+}
+
+QString MappingListModel::permissionHelpTitle() const { return permission::helpButtonTitle(); }
+
+void MappingListModel::showPermissionHelp() { permission::showHelp(); }
 
 void MappingListModel::storeChanged() {
     const auto& next = store_.mappings();

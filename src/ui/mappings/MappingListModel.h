@@ -29,6 +29,12 @@ class MappingListModel : public QAbstractListModel {
     Q_PROPERTY(QString activeSummary READ activeSummary NOTIFY countsChanged)
     Q_PROPERTY(int selectedRow READ selectedRow WRITE setSelectedRow NOTIFY selectedRowChanged)
     Q_PROPERTY(orvane::AddMappingController* editor READ editor NOTIFY editorChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY historyChanged)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged)
+    Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageNoticeChanged)
+    Q_PROPERTY(QString permissionNotice READ permissionNotice NOTIFY permissionNoticeChanged)
+    Q_PROPERTY(QString permissionHelpTitle READ permissionHelpTitle CONSTANT)
+    Q_PROPERTY(QString keysHint READ keysHint CONSTANT)
 
 public:
     enum Role {
@@ -83,17 +89,45 @@ public:
     // The destination for move() that puts the row `steps` rows further down (negative: up),
     // clamped to the list.
     Q_INVOKABLE int destinationFor(int row, int steps) const;
+    // Moves the selected row one row down (1) or up (-1), staying selected.
+    Q_INVOKABLE void moveSelected(int steps);
+
+    // How to reorder and undo from the keyboard, in the desktop's words.
+    QString keysHint() const;
+
+    // The store's history of the list: each edit, deletion, move or toggle, from any window.
+    bool canUndo() const;
+    bool canRedo() const;
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
+
+    // What the user must know about the stored list: that it could not be read and where it is
+    // kept, or that changes are not being saved. Empty when all is well.
+    QString storageNotice() const;
+
+    // Turns interception on or off. A start that fails says why in permissionNotice.
+    Q_INVOKABLE void setInterception(bool on);
+    // Why interception cannot run, while it does not: the permission is missing (known when the
+    // model is made and at each failed start), or the start failed otherwise. Empty while it runs.
+    QString permissionNotice() const { return permissionNotice_; }
+    QString permissionHelpTitle() const;
+    Q_INVOKABLE void showPermissionHelp();
 
 signals:
     void countsChanged();
     void selectedRowChanged();
     void editorChanged();
+    void historyChanged();
+    void storageNoticeChanged();
+    void permissionNoticeChanged();
 
 private:
     void storeChanged();
     void capsLockMethodChanged();
     void notifySelection();
     void openEditor(std::optional<KeyMapping> existing);
+    void setPermissionNotice(QString notice);
+    void checkPermission();
     std::optional<std::size_t> rowOf(const QString& mappingId) const;
 
     MappingStore& store_;
@@ -103,6 +137,7 @@ private:
     std::optional<Uuid> selectedId_;
     int notifiedSelectedRow_ = -1;
     AddMappingController* editor_ = nullptr;
+    QString permissionNotice_;
 };
 
 }  // namespace orvane

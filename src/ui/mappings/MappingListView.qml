@@ -18,14 +18,45 @@ Pane {
 
     MappingListModel { id: mappings }
 
+    // The window's keys while no sheet is open (the sheet has its own Escape): undo and redo of the
+    // list, and closing the window. Qt's Ctrl is the Command key on a Mac.
+    Shortcut {
+        sequences: ["Ctrl+Z"]
+        enabled: mappings.editor === null
+        onActivated: mappings.undo()
+    }
+    Shortcut {
+        sequences: ["Ctrl+Shift+Z", "Ctrl+Y"]
+        enabled: mappings.editor === null
+        onActivated: mappings.redo()
+    }
+    Shortcut {
+        sequences: ["Ctrl+W", "Escape"]
+        enabled: mappings.editor === null
+        onActivated: root.Window.window.close()
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: 0
         MappingListHeader {
             Layout.fillWidth: true
             onAddRequested: mappings.openNewMapping()
+            onInterceptionRequested: (on) => mappings.setInterception(on)
         }
         MenuSeparator { Layout.fillWidth: true; padding: 0 }
+        NoticeBar {
+            objectName: "permissionNotice"
+            Layout.fillWidth: true
+            text: mappings.permissionNotice
+            actionTitle: mappings.permissionHelpTitle
+            onActionRequested: mappings.showPermissionHelp()
+        }
+        NoticeBar {
+            objectName: "storageNotice"
+            Layout.fillWidth: true
+            text: mappings.storageNotice
+        }
         EmptyMappingsView {
             objectName: "emptyState"
             Layout.fillWidth: true
@@ -44,6 +75,7 @@ Pane {
         MappingListFooter {
             Layout.fillWidth: true
             summary: mappings.activeSummary
+            keysHint: mappings.keysHint
         }
     }
 

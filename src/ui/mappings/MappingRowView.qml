@@ -27,7 +27,8 @@ Item {
     signal editRequested()
     signal deleteRequested()
     signal selectRequested()
-    signal dragMoved(real offset)
+    // offset: how far the pointer has moved since the press; sceneY: where it is in the window.
+    signal dragMoved(real offset, real sceneY)
     signal dragEnded(bool commit)
 
     implicitWidth: content.implicitWidth + 16
@@ -48,10 +49,11 @@ Item {
         preventStealing: true
         onPressed: (mouse) => { pressY = mapToItem(null, mouse.x, mouse.y).y; dragging = false; root.selectRequested() }
         onPositionChanged: (mouse) => {
-            const offset = mapToItem(null, mouse.x, mouse.y).y - pressY
+            const sceneY = mapToItem(null, mouse.x, mouse.y).y
+            const offset = sceneY - pressY
             if (!dragging && Math.abs(offset) < Application.styleHints.startDragDistance) return
             dragging = true
-            root.dragMoved(offset)
+            root.dragMoved(offset, sceneY)
         }
         onReleased: if (dragging) { dragging = false; root.dragEnded(true) }
         onCanceled: if (dragging) { dragging = false; root.dragEnded(false) }

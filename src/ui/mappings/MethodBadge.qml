@@ -6,7 +6,7 @@ import Orvane 1.0
 Item {
     id: root
     property string text
-    property string colorName      // a system colour of the theme
+    property string colorName      // a system colour of the theme, drawn in its badge shade
     property string tooltip
 
     implicitWidth: label.implicitWidth + 8
@@ -17,10 +17,10 @@ Item {
     Accessible.description: tooltip
 
     Rectangle {
+        objectName: "badgeFill"
         anchors.fill: parent
         radius: 3
-        color: Theme[root.colorName] || "gray"
-        opacity: 0.7
+        color: Theme.badgeFill(root.colorName)
     }
     Text {
         id: label

@@ -1,4 +1,5 @@
 // A vertically scrolling grid of key cells at least 90 wide, as many per row as fit, 8 between rows.
+// The arrow keys move the focus from key to key, scrolling the key that takes it into view.
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
@@ -18,9 +19,19 @@ Item {
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         ScrollBar.vertical: scrollBar
+        // The grid's own navigation moves its current item, not the focus, which then sits on no key.
+        keyNavigationEnabled: false
+
+        function focusCell(index) {
+            if (index < 0 || index >= count) return
+            positionViewAtIndex(index, GridView.Contain)
+            const cell = itemAtIndex(index)
+            if (cell) cell.children[0].forceActiveFocus(Qt.TabFocusReason)
+        }
 
         delegate: Item {
             id: cell
+            required property int index
             required property int keyCode
             required property string symbol
             required property string displayName
@@ -36,6 +47,10 @@ Item {
                 displayName: cell.displayName
                 showsDisplayName: cell.showsDisplayName
                 onClicked: root.keyClicked(cell.keyCode)
+                Keys.onUpPressed: grid.focusCell(cell.index - grid.columns)
+                Keys.onDownPressed: grid.focusCell(Math.min(cell.index + grid.columns, grid.count - 1))
+                Keys.onLeftPressed: grid.focusCell(cell.index - 1)
+                Keys.onRightPressed: grid.focusCell(cell.index + 1)
             }
         }
     }

@@ -1,6 +1,7 @@
 #include "ui/recorder/KeyRecorderField.h"
 
 #include "interception/EventTapManager.h"
+#include "ui/common/PermissionHelp.h"
 
 namespace orvane {
 
@@ -28,9 +29,24 @@ QString KeyRecorderField::text() const {
     return placeholder_;
 }
 
+void KeyRecorderField::setRecordedKey(std::optional<RecordedKey> key) {
+    setProblem({});
+    session_.setRecordedKey(std::move(key));
+}
+
+void KeyRecorderField::setProblem(QString problem) {
+    if (problem == problem_) return;
+    problem_ = std::move(problem);
+    emit changed();
+}
+
+QString KeyRecorderField::permissionHelpTitle() const { return permission::helpButtonTitle(); }
+
+void KeyRecorderField::showPermissionHelp() { permission::showHelp(); }
+
 void KeyRecorderField::setModifiersOnly(Modifiers modifiers) {
     if (!allowModifiers() || modifiers.isEmpty() || modifiersOnly_ == modifiers) return;
-    session_.setRecordedKey(std::nullopt);
+    setRecordedKey(std::nullopt);
     modifiersOnly_ = modifiers;
     emit changed();
 }
@@ -38,13 +54,20 @@ void KeyRecorderField::setModifiersOnly(Modifiers modifiers) {
 void KeyRecorderField::clear() {
     const bool hadModifiers = modifiersOnly_.has_value();
     modifiersOnly_.reset();
-    session_.setRecordedKey(std::nullopt);
+    setRecordedKey(std::nullopt);
     if (hadModifiers) emit changed();
 }
 
+// Without the permission a recording would wait for a key that never comes.
 void KeyRecorderField::toggleRecording() {
-    if (isRecording()) session_.stopRecording();
-    else session_.startRecording();
+    if (isRecording()) {
+        session_.stopRecording();
+    } else if (!permission::canReadKeyboard()) {
+        setProblem(permission::missingText(tr("it cannot record a key; pick one instead")));
+    } else {
+        setProblem({});
+        session_.startRecording();
+    }
 }
 
 void KeyRecorderField::stopRecording() {

@@ -22,6 +22,8 @@ class KeyRecorderField : public QObject {
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY changed)
     Q_PROPERTY(bool allowModifiers READ allowModifiers CONSTANT)
     Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
+    Q_PROPERTY(QString problem READ problem NOTIFY changed)
+    Q_PROPERTY(QString permissionHelpTitle READ permissionHelpTitle CONSTANT)
 
 public:
     // Over the process-wide event system and tap manager.
@@ -40,10 +42,16 @@ public:
 
     const std::optional<RecordedKey>& recordedKey() const { return session_.recordedKey(); }
     // Choosing a key drops modifiers chosen alone, and the other way round.
-    void setRecordedKey(std::optional<RecordedKey> key) { session_.setRecordedKey(std::move(key)); }
+    void setRecordedKey(std::optional<RecordedKey> key);
     // Modifiers chosen with no key (only where the field allows modifiers, and at least one of them).
     const std::optional<Modifiers>& modifiersOnly() const { return modifiersOnly_; }
     void setModifiersOnly(Modifiers modifiers);
+
+    // Why the latest Record did not start (Orvane may not read the keyboard); empty once a key is
+    // chosen, cleared or recording starts.
+    QString problem() const { return problem_; }
+    QString permissionHelpTitle() const;
+    Q_INVOKABLE void showPermissionHelp();
 
     Q_INVOKABLE void toggleRecording();
     Q_INVOKABLE void stopRecording();
@@ -55,7 +63,10 @@ signals:
     void changed();
 
 private:
+    void setProblem(QString problem);
+
     KeyRecordingSession session_;
+    QString problem_;
     QString placeholder_;
     std::optional<Modifiers> modifiersOnly_;
 };

@@ -1,4 +1,4 @@
-// What the settings panel asks of the application: the debugger window and the status item.
+// What the views ask of the application: the debugger window, the status item, the permission's instructions.
 #pragma once
 
 namespace orvane {
@@ -17,6 +17,8 @@ public:
     virtual void openDebug() = 0;
     // Adds or removes the status item to match the stored setting.
     virtual void updateMenuIconVisibility() = 0;
+    // Shows how to give Orvane the permission to read the keyboard (the permission alert).
+    virtual void showPermissionHelp() = 0;
 
 private:
     static inline SettingsActions* current_ = nullptr;

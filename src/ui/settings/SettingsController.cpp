@@ -1,5 +1,6 @@
 #include "ui/settings/SettingsController.h"
 
+#include "platform/DesktopWords.h"
 #include "platform/Diagnostics.h"
 #include "platform/LoginItem.h"
 #include "store/UserDefaults.h"
@@ -31,12 +32,24 @@ void SettingsController::setLaunchAtLogin(bool launch) {
     emit launchAtLoginChanged();
 
     const auto error = launch ? loginItem_.registerItem() : loginItem_.unregisterItem();
+    launchAtLoginError_ = error ? tr("Launch at login could not be changed: %1").arg(*error) : QString();
     if (!error) return;
     diagnostics::printLine("Failed to update launch at login: " + error->toStdString());
+    // Putting the checkbox back is itself a change; the failure stays what the panel says.
+    const QString failure = launchAtLoginError_;
     setLaunchAtLogin(loginItemEnabled());
+    if (launchAtLoginError_.isEmpty()) launchAtLoginError_ = failure;
+    emit launchAtLoginChanged();
 }
 
-void SettingsController::refresh() { setLaunchAtLogin(loginItemEnabled()); }
+// An earlier failure is old news once the panel opens again.
+void SettingsController::refresh() {
+    launchAtLoginError_.clear();
+    setLaunchAtLogin(loginItemEnabled());
+    emit launchAtLoginChanged();
+}
+
+QString SettingsController::showMenuIconTitle() const { return DesktopWords::shared().statusIconSetting; }
 
 bool SettingsController::showMenuIcon() const { return defaults_.boolValue(QLatin1String(showMenuIconKey), true); }
 

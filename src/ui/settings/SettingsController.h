@@ -17,6 +17,8 @@ class SettingsController : public QObject {
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged)
     Q_PROPERTY(bool showMenuIcon READ showMenuIcon WRITE setShowMenuIcon NOTIFY showMenuIconChanged)
     Q_PROPERTY(QString versionString READ versionString CONSTANT)
+    Q_PROPERTY(QString launchAtLoginError READ launchAtLoginError NOTIFY launchAtLoginChanged)
+    Q_PROPERTY(QString showMenuIconTitle READ showMenuIconTitle CONSTANT)
 
 public:
     static constexpr char showMenuIconKey[] = "Orvane.ShowMenuIcon";
@@ -30,6 +32,10 @@ public:
     // failure prints "Failed to update launch at login: <description>" and sets the value back to
     // what the system reports, which is itself a change applied the same way.
     void setLaunchAtLogin(bool launch);
+    // Why the latest change of launchAtLogin failed, for the panel to say; empty after one that worked.
+    QString launchAtLoginError() const { return launchAtLoginError_; }
+    // "Show menu bar icon", in the desktop's words.
+    QString showMenuIconTitle() const;
 
     // True while "Orvane.ShowMenuIcon" is absent.
     bool showMenuIcon() const;
@@ -55,6 +61,7 @@ private:
     UserDefaults& defaults_;
     LoginItem& loginItem_;
     bool launchAtLogin_ = false;
+    QString launchAtLoginError_;
     bool shownMenuIcon_;
 };
 

@@ -36,9 +36,21 @@ Pane {
             onToggled: controller.launchAtLogin = checked
             FocusRing {}
         }
+        TextEdit {
+            objectName: "launchAtLoginError"
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: controller.launchAtLoginError
+            textFormat: TextEdit.PlainText
+            readOnly: true
+            selectByMouse: true
+            wrapMode: TextEdit.Wrap
+            font: Theme.caption
+            color: Theme.noticeText
+        }
         CheckBox {
             objectName: "showMenuIconCheckBox"
-            text: qsTr("Show menu bar icon")
+            text: controller.showMenuIconTitle
             checked: controller.showMenuIcon
             onToggled: controller.showMenuIcon = checked
             FocusRing {}

@@ -19,7 +19,7 @@ using namespace orvane::debugtext;
 
 namespace {
 
-const QColor blue("#007aff"), gray("#8e8e93"), purple("#af52de"), orange("#ff9500"), green("#34c759");
+const QColor blue("#0a5cc2"), gray("#636366"), purple("#8944ab"), orange("#a65400"), green("#1d7a34");  // the theme's readable shades
 const QString instruction = QStringLiteral("Click 'Start Capture' then press any key to see its raw event data.");
 
 PlatformEvent keyEvent(std::uint32_t type, KeyCode key, std::uint64_t flags = 0) {
@@ -147,7 +147,12 @@ TEST_F(DebugViewTest, theStatusShowsTheInstructionUntilACaptureThenWhetherInterc
     EXPECT_FALSE(ui.find("statusIcon")->isVisible() || ui.find("clearButton")->isEnabled());  // and no rows: see after a clear
     ui.screenshot(QStringLiteral("debugger-empty"));
 
+    simAccessibility().setTrusted(false);  // nothing could be captured: the notice says why instead
+    ui.click(ui.find("captureButton"));
+    EXPECT_TRUE(text("captureButton") == "Start Capture" && ui.shown("permissionNotice"));
+    simAccessibility().setTrusted(true);
     startCapture();
+    EXPECT_FALSE(ui.shown("permissionNotice"));
     EXPECT_EQ(text("captureButton"), "Stop Capture");
     for (const bool running : {true, false}) {
         running ? (void)ui.manager().start() : ui.manager().stop(), ui.settle();

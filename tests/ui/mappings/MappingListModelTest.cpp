@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 using namespace orvane;
 using namespace orvane::testing;
@@ -96,4 +99,21 @@ TEST_F(MappingListModelTest, movesReachTheStoreUnlessTheyKeepTheOrderOrMissTheLi
     // A row dragged by whole rows: down lands after the rows it passed, up before; both stop at the ends.
     const std::tuple<int, int, int> drags[] = {{0, 1, 2}, {3, -3, 0}, {1, 9, 4}, {1, -9, 0}};
     for (const auto& [row, steps, destination] : drags) EXPECT_EQ(model.destinationFor(row, steps), destination) << row << steps;
+}
+
+// A list that could not be read, then kept aside by a change, then changes that storage refuses.
+TEST_F(MappingListModelTest, theStorageNoticeSaysWhereAnUnreadableListIsAndWhenChangesAreNotSaved) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("settings.ini");
+    auto defaults = UserDefaults::openFile(file);
+    defaults->setData(MappingStore::userDefaultsKey, "[not a list");
+    MappingStore store(*defaults, HIDUtil(ui.store().hidUtil()));
+    MappingListModel unreadable(store, ui.events(), ui.manager());
+    const QString kept = QStringLiteral("%1 under Orvane.Mappings.Undecodable").arg(file);
+    EXPECT_TRUE(unreadable.storageNotice().contains("could not be read") && unreadable.storageNotice().contains(file));
+    store.addMapping(a);
+    EXPECT_TRUE(unreadable.storageNotice().endsWith(kept + ".")) << unreadable.storageNotice().toStdString();
+    ASSERT_TRUE(QFile::remove(file) && QDir(dir.path()).mkdir("settings.ini"));
+    store.addMapping(b);
+    EXPECT_TRUE(unreadable.storageNotice().startsWith("Your changes could not be saved")) << unreadable.storageNotice().toStdString();
 }

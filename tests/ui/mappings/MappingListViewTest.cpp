@@ -13,6 +13,8 @@
 #include <QStyleHints>
 #include <QTest>
 
+#include <cmath>
+
 #include <unistd.h>
 
 using namespace orvane;
@@ -134,6 +136,14 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
+    for (int i : {0, 4}) {  // Tap and HID: white on the badge's shade, readable at 4.5:1 or more
+        const auto luminance = [](QColor c) {
+            const auto linear = [](float v) { return v <= 0.03928f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f); };
+            return 0.2126f * linear(c.redF()) + 0.7152f * linear(c.greenF()) + 0.0722f * linear(c.blueF());
+        };
+        const QColor fill = childNamed(inRow(i, "methodBadge"), "badgeFill")->property("color").value<QColor>();
+        EXPECT_GE(1.05f / (luminance(fill) + 0.05f), 4.5f) << fill.name().toStdString();
+    }
     // The block sign is drawn in red; a disabled row's keycaps, source and target, are dimmed.
     EXPECT_GT(pixelsLike(inRow(2, "blockTarget"), QColor("#ff3b30")), 10);
     const auto ink = [&](int i, const char* part) { return childNamed(inRow(i, part), "keycapLabel")->property("color"); };
@@ -187,9 +197,23 @@ TEST_F(MappingListViewTest, returnEditsTheSelectedRowAndDeleteOrBackspaceRemoves
     EXPECT_TRUE(row(1)->property("isSelected").toBool());
     ui.key(Qt::Key_Delete);
     EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{a.id, c.id}));
+    ui.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{a.id, b.id, c.id}));
     ui.click(row(1));
     for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Backspace}) ui.key(key);
-    EXPECT_EQ(idsOf(ui.store().mappings()), std::vector<Uuid>{c.id});
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{b.id, c.id}));
+    // Alt with an arrow moves the selected row, which stays selected.
+    ui.click(row(0));
+    ui.key(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_TRUE(idsOf(ui.store().mappings()) == (std::vector<Uuid>{c.id, b.id}) && model()->selectedRow() == 1);
+    ui.key(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(idsOf(ui.store().mappings()), (std::vector<Uuid>{b.id, c.id}));
+    // With no sheet open, Escape and Ctrl+W close the window.
+    for (const auto& [key, modifiers] : {std::pair{Qt::Key_Escape, Qt::NoModifier}, std::pair{Qt::Key_W, Qt::ControlModifier}}) {
+        ui.view()->show(), ui.view()->requestActivate(), ui.settle();
+        ui.key(key, modifiers);
+        EXPECT_FALSE(ui.view()->isVisible()) << key;
+    }
 }
 
 TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
@@ -208,19 +232,38 @@ TEST_F(MappingListViewTest, draggingTheLastRowToTheTopMakesItWin) {
     EXPECT_EQ(ui.store().mappingForKey(KeyCode::a)->id, last.id);
 }
 
+// A row held at the bottom edge of a long list scrolls it and lands further down than the list showed.
+TEST_F(MappingListViewTest, aLongListShowsItsScrollBarAndScrollsWhileARowIsHeldAtItsEdge) {
+    std::vector<KeyMapping> rows;
+    for (int i = 0; i < 30; ++i) rows.push_back(mapping(KeyCode::a, TargetAction::block()));
+    use(rows);
+    EXPECT_EQ(ui.read("listScrollBar", "policy").toInt(), 2);  // ScrollBar.AlwaysOn
+    QQuickItem* list = ui.find("mappingList");
+    const QPoint start = row(0)->mapToScene(QPointF(row(0)->width() * 0.6, 14)).toPoint();
+    const QPoint edge = list->mapToScene(QPointF(row(0)->width() * 0.6, list->height() - 4)).toPoint();
+    QTest::mousePress(ui.view(), Qt::LeftButton, Qt::NoModifier, start);
+    for (int step = 1; step <= 8; ++step) QTest::mouseMove(ui.view(), start + (edge - start) * step / 8);
+    QTest::qWait(1500);
+    QTest::mouseRelease(ui.view(), Qt::LeftButton, Qt::NoModifier, edge), ui.settle();
+    const auto ids = idsOf(ui.store().mappings());
+    EXPECT_GT(std::find(ids.begin(), ids.end(), rows[0].id) - ids.begin(), 20);
+}
+
 TEST_F(MappingListViewTest, theSwitchShowsTheManagersStateAfterEachCall) {
     // Whether the switch is clicked (or else the menu starts the tap), whether the process is trusted,
     // and the state shown after.
     const std::tuple<bool, bool, bool> steps[] = {{true, true, true}, {true, true, false},
                                                   {true, false, false},  // the start fails: the switch stays off
-                                                  {false, true, true}};
+                                                  {false, true, true}, {true, true, false}, {true, false, false}};
     for (const auto& [clicked, trusted, on] : steps) {
         simAccessibility().setTrusted(trusted);
         clicked ? ui.click(ui.find("activeSwitch")) : (void)ui.manager().start();
         ui.settle();
         EXPECT_TRUE(ui.manager().isRunning() == on && ui.read("activeSwitch", "checked").toBool() == on) << on;
         EXPECT_EQ(ui.read("activeSwitch", "text"), on ? "Active" : "Inactive");
+        EXPECT_EQ(ui.shown("permissionNotice"), !on && !trusted) << on;
     }
+    ui.screenshot(QStringLiteral("config-permission-missing"));
 }
 
 TEST_F(MappingListViewTest, inTheSmallestWindowTheGearTogglesTheSettingsWholeOverItsTooltipAndTheWindowKeepsDrawing) {

@@ -83,7 +83,14 @@ TEST_F(RecorderViewTest, showsThePlaceholderOrTheChosenKeyWhichCancelKeepsAndCle
 
 TEST_F(RecorderViewTest, whileRecordingTheFrameIsHighlightedUntilTheFirstKeyEndsIt) {
     showField(true);
+    // Without the permission Record says why and stays; a later Record that can read starts.
+    simAccessibility().setTrusted(false);
     ui.click(ui.find("recordButton"));
+    EXPECT_TRUE(!field->isRecording() && ui.shown("recorderProblem") && ui.shown("permissionHelpButton"));
+    ui.screenshot(QStringLiteral("recorder-not-allowed"));
+    simAccessibility().setTrusted(true);
+    ui.click(ui.find("recordButton"));
+    EXPECT_FALSE(ui.shown("recorderProblem"));
     EXPECT_EQ(ui.read("recorderText", "text").toString(), QStringLiteral("Press any key..."));
     EXPECT_EQ(ui.read("recorderText", "color").value<QColor>(), paletteColor("recorderText", "text"));
     EXPECT_EQ(ui.read("recordButton", "text").toString(), QStringLiteral("Cancel"));
@@ -116,6 +123,12 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     showField(true);
     openPicker();
     EXPECT_EQ(cellCount(), 26);
+    // The arrows move the focus over keys, which scroll into view: down past the fold, then left.
+    ui.find("keyButton_A")->forceActiveFocus(Qt::TabFocusReason);
+    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Left}) ui.key(key);
+    QQuickItem *focused = ui.find("keyGridView")->window()->activeFocusItem(), *grid = ui.find("keyGridView");
+    ASSERT_TRUE(focused && focused->objectName() == "keyButton_Y");
+    EXPECT_TRUE(grid->boundingRect().contains(focused->mapRectToItem(grid, focused->boundingRect())));
     ui.click(ui.find("categoryTab_Media & System"));
     EXPECT_EQ(cellCount(), 5);
     ui.screenshot(QStringLiteral("picker-category"), ui.find("searchField"));

@@ -57,11 +57,20 @@ TEST_F(SettingsPanelTest, launchAtLoginMirrorsTheSystemAtEachOpeningAndChangesIt
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.front(), "Failed to update launch at login: Operation not permitted");
     EXPECT_TRUE(isChecked("launchAtLoginCheckBox"));  // the system's state
+    EXPECT_TRUE(ui.shown("launchAtLoginError"));
+    EXPECT_EQ(ui.read("launchAtLoginError", "text"), "Launch at login could not be changed: Operation not permitted");
+    ui.screenshot(QStringLiteral("settings-launch-at-login-failed"));
+    panel->setVisible(false);
+    panel->setVisible(true), ui.settle();
+    EXPECT_FALSE(ui.shown("launchAtLoginError"));
 }
 
 // The status item follows the stored setting: see the delegate's tests.
-TEST_F(SettingsPanelTest, showMenuIconIsStoredAtOnce) {
+TEST_F(SettingsPanelTest, showMenuIconIsStoredAtOnceAndNamedInTheDesktopsWords) {
+    simulateDesktopWords(DesktopWords::linuxDesktop());
     ASSERT_TRUE(showPanel());
+    EXPECT_EQ(ui.read("showMenuIconCheckBox", "text"), "Show tray icon");
+    simulateDesktopWords(DesktopWords::mac());
     ui.click(ui.find("showMenuIconCheckBox"));
     EXPECT_FALSE(ui.defaults().boolValue(AppDelegate::showMenuIconKey, true));
     ui.click(ui.find("showMenuIconCheckBox"));
