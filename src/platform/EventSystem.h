@@ -97,6 +97,9 @@ public:
     static Accessibility& shared();
     // With prompt, the system asks the user to grant trust (and answers the current state).
     virtual bool isProcessTrusted(bool prompt) = 0;
+    // Whether a listen-only tap (the debugger's) sees keys, without a prompt: the trust itself where
+    // reading the keyboard is one permission; on macOS Input Monitoring, which trust does not include.
+    virtual bool mayListenToKeyboard() { return isProcessTrusted(false); }
     // None where the system's Accessibility settings are the way.
     virtual std::optional<Instructions> instructions() const { return std::nullopt; }
 };

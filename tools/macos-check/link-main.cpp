@@ -29,6 +29,7 @@ int main() {
     events.postToHID(event.get());
     events.removeFromCurrentRunLoop(source);
     (void)Accessibility::shared().isProcessTrusted(false);
+    (void)Accessibility::shared().mayListenToKeyboard();
     (void)Accessibility::shared().instructions();
 
     LoginItem& loginItem = LoginItem::shared();

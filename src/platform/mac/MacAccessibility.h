@@ -10,6 +10,8 @@ class MacAccessibility final : public Accessibility {
 public:
     // AXIsProcessTrustedWithOptions with kAXTrustedCheckOptionPrompt set to `prompt`.
     bool isProcessTrusted(bool prompt) override;
+    // CGPreflightListenEventAccess: Input Monitoring.
+    bool mayListenToKeyboard() override;
 };
 
 }  // namespace orvane

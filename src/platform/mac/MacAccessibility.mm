@@ -10,4 +10,6 @@ bool MacAccessibility::isProcessTrusted(bool prompt) {
     return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
 }
 
+bool MacAccessibility::mayListenToKeyboard() { return CGPreflightListenEventAccess(); }
+
 }  // namespace orvane

@@ -7,6 +7,8 @@ namespace orvane::permission {
 
 bool canReadKeyboard() { return Accessibility::shared().isProcessTrusted(false); }
 
+bool canListenToKeyboard() { return Accessibility::shared().mayListenToKeyboard(); }
+
 QString missingText(const QString& consequence) {
     return QStringLiteral("Orvane is not allowed to read the keyboard, so %1.").arg(consequence);
 }

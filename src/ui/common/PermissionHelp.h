@@ -7,6 +7,8 @@ namespace orvane::permission {
 
 // The platform's answer, without a prompt. Main thread only.
 bool canReadKeyboard();
+// Whether a listen-only capture sees keys (on macOS its own permission, Input Monitoring).
+bool canListenToKeyboard();
 // Why something cannot work without the permission: "Orvane is not allowed to read the keyboard, so <consequence>."
 QString missingText(const QString& consequence);
 // The title of the button that shows the instructions.

@@ -120,7 +120,7 @@ void DebugViewModel::showPermissionHelp() { permission::showHelp(); }
 
 void DebugViewModel::startCapture() {
     if (isCapturing()) return;
-    const QString notice = permission::canReadKeyboard() ? QString() : permission::missingText(tr("no key event can be captured"));
+    const QString notice = permission::canListenToKeyboard() ? QString() : permission::missingText(tr("no key event can be captured"));
     if (notice != permissionNotice_) {
         permissionNotice_ = notice;
         emit permissionNoticeChanged();
