@@ -19,7 +19,8 @@ std::optional<Accessibility::Instructions> LinuxAccessibility::instructions() co
     return Instructions{
         "Orvane needs to read your keyboards and to write to /dev/uinput to intercept and remap keyboard events.\n\n"
         "Add yourself to the input group (sudo usermod -aG input $USER), then log out, log in again and restart the app. "
-        "The Orvane package lets that group use /dev/uinput and loads the uinput module; without the package, install "
+        "The Orvane package makes sure that group exists, lets it use /dev/uinput and loads the uinput module; without "
+        "the package, create the group if it is missing (sudo groupadd --system input), install "
         "packaging/linux/70-orvane-uinput.rules in /etc/udev/rules.d and load the module (sudo modprobe uinput).",
         "Open Instructions", "file://" + instructionsPath()};
 }
