@@ -30,7 +30,9 @@ TrayStatusItem::TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePan
       paletteWatch_([this] {
           showIcon();
           watchPanel();
-      }) {
+      }),
+      // A restarted panel re-embeds the icon, perhaps in another colour; a moved icon has new surroundings.
+      windowWatch_([this] { watchPanel(); }) {
     tray_.setContextMenu(&menu_);
     menu_.installEventFilter(&shortcuts_);
     // Rebuild the items in place just before showing; the menu object itself never changes.

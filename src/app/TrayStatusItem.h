@@ -4,6 +4,7 @@
 #include "app/MenuShortcuts.h"
 #include "app/PaletteWatch.h"
 #include "app/StatusItem.h"
+#include "app/TrayWindowWatch.h"
 #include "platform/TrayPanelWatch.h"
 
 #include <QMenu>
@@ -15,7 +16,8 @@ class TrayStatusItem final : public StatusItem {
 public:
     // clickOpensMenu: the platform opens the menu on a click itself (trayIconClickOpensMenu()).
     // probePanel: read once the icon has its place in the panel, and again when the palette or
-    // theme changes; while it tells nothing, the icon is inked against the palette (panelIcon()).
+    // theme changes or the icon's window is embedded again, moved or resized (TrayWindowWatch);
+    // while it tells nothing, the icon is inked against the palette (panelIcon()).
     explicit TrayStatusItem(bool clickOpensMenu, PanelLightnessProbe probePanel = {});
     ~TrayStatusItem() override;
 
@@ -34,6 +36,7 @@ private:
     std::function<void()> menuWillOpen_;
     TrayPanelWatch panelWatch_;
     PaletteWatch paletteWatch_;
+    TrayWindowWatch windowWatch_;
     QString iconName_;
 };
 

@@ -10,6 +10,7 @@
 #include "store/UserDefaults.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -94,7 +95,12 @@ UpdateChecker::UpdateChecker(UserDefaults& defaults, QNetworkAccessManager* netw
       currentVersion_(currentVersion.isEmpty() ? QStringLiteral("0") : currentVersion),
       currentBuild_(buildNumberFromText(currentBuild.toStdString())),
       alerts_(alerts),
-      urlOpener_(urlOpener) {}
+      urlOpener_(urlOpener) {
+    // Qt's TLS backends end with the application object, and the process-wide checker lives until
+    // exit: an https connection still cached then would end without them, with a warning.
+    if (!network && QCoreApplication::instance())
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, network_, &QNetworkAccessManager::clearConnectionCache);
+}
 
 UpdateChecker::~UpdateChecker() = default;
 

@@ -53,7 +53,8 @@ public:
     // https://<host configured at build time>/version.json
     static QUrl defaultVersionUrl();
 
-    // network: sends the request; when null the checker makes and owns its own.
+    // network: sends the request; when null the checker makes and owns its own, whose connections
+    // it closes when the application is about to quit.
     // An empty currentVersion reads as "0"; currentBuild is read as a decimal integer, 0 when it is none.
     UpdateChecker(UserDefaults& defaults, QNetworkAccessManager* network, Clock clock, QUrl versionUrl,
                   const QString& currentVersion, const QString& currentBuild, AlertPresenter& alerts, UrlOpener& urlOpener,

@@ -2,8 +2,8 @@
 # The real application on a real desktop: under Xvfb with openbox and a dark tint2 panel (which has a
 # system tray), Orvane shows its status item, in light ink though Qt's palette is light; a right click
 # opens its menu, which is saved as a screenshot, and Ctrl+D typed into it opens the debugger; the key
-# picker gets no taskbar entry; Escape, Ctrl+W, Ctrl+, and Ctrl+Q act in the windows. Exits 77 (skipped)
-# when the desktop tools are missing.
+# picker gets no taskbar entry; the panel restarted light embeds the icon again, now in dark ink;
+# Escape, Ctrl+W, Ctrl+, and Ctrl+Q act in the windows. Exits 77 (skipped) when the desktop tools are missing.
 #   status-menu.sh ORVANE_BINARY OUTPUT_PNG
 set -uo pipefail
 binary=$1
@@ -27,8 +27,11 @@ for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.2; done
 [ -s "$work/display" ] || { echo "status-menu: Xvfb did not start"; exit 1; }
 export DISPLAY=:$(cat "$work/display")
 openbox >/dev/null 2>&1 & pids+=($!)
-printf 'rounded = 0\nbackground_color = #202020 100\npanel_background_id = 1\npanel_items = TS\n' >"$work/tint2rc"
-tint2 -c "$work/tint2rc" >/dev/null 2>&1 & pids+=($!)
+panel() {  # a tint2 panel of the colour given
+  printf 'rounded = 0\nbackground_color = %s 100\npanel_background_id = 1\npanel_items = TS\n' "$1" >"$work/tint2rc"
+  tint2 -c "$work/tint2rc" >/dev/null 2>&1 & tint2=$! && pids+=($tint2)
+}
+panel '#202020'
 # The tray must be there before the application looks for one: wait until the panel owns the
 # tray selection, not merely until its window exists.
 tray_owned() {
@@ -44,8 +47,11 @@ atom = x.XInternAtom(ctypes.c_void_p(display), b"_NET_SYSTEM_TRAY_S0", 0)
 sys.exit(0 if x.XGetSelectionOwner(ctypes.c_void_p(display), ctypes.c_ulong(atom)) else 1)
 PY
 }
-for _ in $(seq 150); do tray_owned && break; sleep 0.2; done
-tray_owned || { echo "status-menu: the panel's tray did not appear"; exit 1; }
+wait_for_tray() {
+  for _ in $(seq 150); do tray_owned && break; sleep 0.2; done
+  tray_owned || { echo "status-menu: the panel's tray did not appear"; exit 1; }
+}
+wait_for_tray
 
 # A private instance: a running Orvane of the user's is left alone.
 instance=desktop-check-$$
@@ -55,18 +61,21 @@ printf '[General]\nOrvane.LastUpdateCheck=%s\n' "$(date +%s)" > "$work/config/us
 QT_QPA_PLATFORM=xcb QT_QPA_PLATFORMTHEME=generic XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_HIDUTIL=/bin/true \
   ORVANE_INSTANCE=$instance "$binary" >"$work/out.txt" 2>&1 & app=$! && pids+=($app)
 
-# The status item is the application's small window inside the panel's tray.
-icon=
-for _ in $(seq 300); do  # a slow machine under load may take a while to start a sanitizer build
-  for window in $(xdotool search --class orvane 2>/dev/null); do
-    geometry=$(xdotool getwindowgeometry "$window" 2>/dev/null)
-    if echo "$geometry" | grep -qE 'Geometry: (1[0-9]|2[0-9]|3[0-2])x'; then icon=$window; break 2; fi
+# The status item is the application's small window inside the panel's tray, at the bottom of the
+# screen (before the panel embeds it, it sits at the top left).
+find_icon() {
+  for _ in $(seq 300); do  # a slow machine under load may take a while to start a sanitizer build
+    for window in $(xdotool search --class orvane 2>/dev/null); do
+      WIDTH=0 Y=0 && eval "$(xdotool getwindowgeometry --shell "$window" 2>/dev/null)"
+      if [ "$WIDTH" -ge 10 ] && [ "$WIDTH" -le 32 ] && [ "$Y" -ge 600 ]; then icon_box=${WIDTH}x${HEIGHT}+${X}+${Y}; return; fi
+    done
+    sleep 0.2
   done
-  sleep 0.2
-done
-[ -n "$icon" ] || { echo "status-menu: no status item appeared"; cat "$work/out.txt"; exit 1; }
-eval "$(xdotool getwindowgeometry --shell "$icon")"
-icon_box=${WIDTH}x${HEIGHT}+${X}+${Y}
+  echo "status-menu: no status item appeared"; cat "$work/out.txt"; exit 1
+}
+# The icon's darkest or lightest pixel (minima or maxima) on the screen, grey from 0 to 255.
+icon_ink() { import -window root "$work/screen.png" && convert "$work/screen.png" -crop "$icon_box" -colorspace Gray -format "%[fx:int(255*$1)]" info:; }
+find_icon
 sleep 1  # the application reads the panel around its icon once the icon has held its place
 xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2)) click 3
 sleep 1.5
@@ -80,8 +89,7 @@ done
 [ -n "$menu" ] || { echo "status-menu: the menu did not open"; exit 1; }
 eval "$(xdotool getwindowgeometry --shell "$menu")"
 mkdir -p "$(dirname "$output")"
-import -window root "$work/screen.png"
-ink=$(convert "$work/screen.png" -crop "$icon_box" -colorspace Gray -format '%[fx:int(255*maxima)]' info:)
+ink=$(icon_ink maxima)
 [ "$ink" -ge 160 ] || { echo "status-menu: the icon's lightest pixel is $ink of 255 on the dark panel"; exit 1; }
 # The menu with the panel and its tray below it.
 left=$((X - 20)); [ $left -lt 0 ] && left=0
@@ -96,6 +104,10 @@ debugger || { echo "status-menu: Ctrl+D in the menu did nothing"; exit 1; }
 # _NET_CLIENT_LIST names) the debugger and the configuration window, never the picker.
 managed() { for w in $(xprop -root _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do xprop -id "$w" WM_CLASS | grep -i orvane; done | wc -l; }
 shown() { xdotool search --onlyvisible --class orvane 2>/dev/null | wc -l; }
+# The panel restarted light embeds the icon again, and the icon follows it with dark ink.
+kill "$tint2" && wait "$tint2"; panel '#F0F0F0' && wait_for_tray
+for _ in $(seq 25); do find_icon && ink=$(icon_ink minima) && [ "$ink" -le 95 ] && break; sleep 0.4; done
+[ "$ink" -le 95 ] || { echo "status-menu: the icon's darkest pixel is $ink of 255 on the light panel"; exit 1; }
 # A second launch hands over: the running Orvane opens its configuration window.
 QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work" ORVANE_INSTANCE=$instance "$binary" >/dev/null 2>&1
 for _ in $(seq 50); do config=$(xdotool search --onlyvisible --name '^Orvane$' 2>/dev/null) && break; sleep 0.2; done

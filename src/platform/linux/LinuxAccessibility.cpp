@@ -27,10 +27,11 @@ std::optional<Accessibility::Instructions> LinuxAccessibility::instructions() co
     return Instructions{
         "Keyboard Access Required",
         "Orvane needs to read your keyboards and to write to /dev/uinput to intercept and remap keyboard events.\n\n"
-        "Add yourself to the input group with the first command below, then log out, log in again and restart the app. "
-        "The Orvane package lets that group use /dev/uinput and loads the uinput module; without the package, install "
-        "packaging/linux/70-orvane-uinput.rules in /etc/udev/rules.d and load the module with the second command.",
-        {"sudo usermod -aG input $USER", "sudo modprobe uinput"},
+        "Add yourself to the input group with the first two commands below (the first makes the group where it is "
+        "missing), then log out, log in again and restart the app. The Orvane package lets that group use /dev/uinput "
+        "and loads the uinput module; without the package, install packaging/linux/70-orvane-uinput.rules in "
+        "/etc/udev/rules.d and load the module with the last command.",
+        {"getent group input >/dev/null || sudo groupadd --system input", "sudo usermod -aG input $USER", "sudo modprobe uinput"},
         "Open Instructions", "file://" + instructionsPath(QCoreApplication::applicationDirPath())};
 }
 
