@@ -108,8 +108,7 @@ struct UpdateCheckerTest : ::testing::Test {
         QCoreApplication::sendPostedEvents();
     }
     std::optional<double> storedTime() const {
-        if (!defaults->contains(UpdateChecker::lastCheckKey)) return std::nullopt;
-        return defaults->doubleValue(UpdateChecker::lastCheckKey);
+        return defaults->contains(UpdateChecker::lastCheckKey) ? std::optional(defaults->doubleValue(UpdateChecker::lastCheckKey)) : std::nullopt;
     }
 };
 

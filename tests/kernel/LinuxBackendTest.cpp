@@ -123,10 +123,7 @@ struct RealBackend : ::testing::Test {
         ASSERT_TRUE(applications->isOpen());
     }
     EventTapManager& manager() { return backend->manager; }
-    Keys typeAndRead(const Keys& keys, std::size_t expected) {
-        keyboard->type(keys);
-        return applications->keys(expected);
-    }
+    Keys typeAndRead(const Keys& keys, std::size_t expected) { return keyboard->type(keys), applications->keys(expected); }
 };
 
 }  // namespace
