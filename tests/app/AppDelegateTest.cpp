@@ -129,7 +129,8 @@ TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTh
         app.reset(), app = std::make_unique<DelegateUnderTest>(*defaults, store, manager, accessibility);
         delegate().openConfiguration();
         const QRect frame = delegate().configWindow()->view().geometry();
-        EXPECT_TRUE(frame.size() == closedIn.size() && QGuiApplication::primaryScreen()->availableGeometry().contains(frame)) << closedIn.x();
+        EXPECT_EQ(frame.size(), closedIn.size());
+        EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(frame)) << closedIn.x();
     }
 }
 

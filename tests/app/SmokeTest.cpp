@@ -38,9 +38,9 @@ struct Smoke : ::testing::Test {
     void launch(QProcess& process, const QString& name, bool underNohup = false, const QString& runtimeFolder = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         if (!runtimeFolder.isEmpty()) environment.insert("XDG_RUNTIME_DIR", runtimeFolder);
-        for (const auto& [variable, value] : {std::pair<QString, QString>{"QT_QPA_PLATFORM", "offscreen"}, {"QT_QUICK_BACKEND", "software"},
-                                              {"XDG_CONFIG_HOME", config.path()}, {"ORVANE_HIDUTIL", tool.path()}, {"ORVANE_INSTANCE", name}})
-            environment.insert(variable, value);
+        const std::pair<const char*, QString> variables[] = {{"QT_QPA_PLATFORM", "offscreen"}, {"QT_QUICK_BACKEND", "software"},
+            {"XDG_CONFIG_HOME", config.path()}, {"ORVANE_HIDUTIL", tool.path()}, {"ORVANE_INSTANCE", name}};
+        for (const auto& [variable, value] : variables) environment.insert(variable, value);
         process.setProcessEnvironment(environment);
         underNohup ? process.start(QStringLiteral("nohup"), {ORVANE_BINARY}) : process.start(ORVANE_BINARY, {});
     }

@@ -108,7 +108,8 @@ struct UpdateCheckerTest : ::testing::Test {
         QCoreApplication::sendPostedEvents();
     }
     std::optional<double> storedTime() const {
-        return defaults->contains(UpdateChecker::lastCheckKey) ? std::optional(defaults->doubleValue(UpdateChecker::lastCheckKey)) : std::nullopt;
+        if (!defaults->contains(UpdateChecker::lastCheckKey)) return std::nullopt;
+        return defaults->doubleValue(UpdateChecker::lastCheckKey);
     }
 };
 

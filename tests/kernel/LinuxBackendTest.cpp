@@ -109,7 +109,8 @@ struct RealBackend : ::testing::Test {
     std::unique_ptr<Reader> applications;
 
     void SetUp() override {
-        if (!std::getenv("ORVANE_KERNEL_VM") || ::access("/dev/uinput", W_OK) != 0) GTEST_SKIP() << "needs the kernel machine of tools/kernel-vm";
+        if (!std::getenv("ORVANE_KERNEL_VM") || ::access("/dev/uinput", W_OK) != 0)
+            GTEST_SKIP() << "needs the kernel machine of tools/kernel-vm";
         keyboard = std::make_unique<PhysicalKeyboard>("Test keyboard");
         ASSERT_TRUE(keyboard->exists());
         use(tool.path(), oneOfEachKind());

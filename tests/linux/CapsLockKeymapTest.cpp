@@ -19,7 +19,7 @@ static std::string entry(const std::string& source, const std::string& destinati
     return R"({"HIDKeyboardModifierMappingSrc":)" + source + R"(,"HIDKeyboardModifierMappingDst":)" + destination + "}";
 }
 static std::string property(const std::string& entries) { return R"({"UserKeyMapping":[)" + entries + "]}"; }
-static std::string remap(const std::string& source, const std::string& destination) { return property(entry(source, destination)); }
+static std::string remap(const std::string& from, const std::string& to) { return property(entry(from, to)); }
 static std::string contents(const fs::path& path) {
     std::ifstream file(path);
     return std::string(std::istreambuf_iterator<char>(file), {});
