@@ -74,18 +74,14 @@ TEST_F(Smoke, ofFiveLaunchesAtOnceOneRunsAndTheOthersHandOverToIt) {
     prepare(instance);
     for (int round = 0; round < 3; ++round) {
         QProcess launches[5];
-        for (QProcess& process : launches) launch(process, instance);
+        for (QProcess& one : launches) launch(one, instance);
         const auto ended = [&] { return std::count_if(launches, launches + 5, [](QProcess& p) { return p.state() == QProcess::NotRunning; }); };
         EXPECT_TRUE(QTest::qWaitFor([&] { return ended() >= 4; }, 60000));
         QTest::qWait(1000);
         ASSERT_EQ(ended(), 4) << "round " << round;
-        for (QProcess& process : launches) {
-            if (process.state() == QProcess::Running) {
-                EXPECT_TRUE(quitsInOrder(process));
-            } else {
-                EXPECT_TRUE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && process.readAllStandardOutput().isEmpty());
-            }
-        }
+        for (QProcess& one : launches)
+            EXPECT_TRUE(one.state() == QProcess::Running ? quitsInOrder(one)
+                        : one.exitStatus() == QProcess::NormalExit && one.exitCode() == 0 && one.readAllStandardOutput().isEmpty());
     }
 }
 

@@ -21,8 +21,7 @@ print(struct.unpack("BBHI32s", entry)[3])
 ' "/dev/input/$keyboard"
 }
 remap() { echo "{\"UserKeyMapping\":[{\"HIDKeyboardModifierMappingSrc\":30064771129,\"HIDKeyboardModifierMappingDst\":$1}]}"; }
-clear='{"UserKeyMapping":[]}'
-escape=$((0x700000029)) f18=$((0x70000006D))
+clear='{"UserKeyMapping":[]}' escape=$((0x700000029)) f18=$((0x70000006D))
 
 rounds=20 killed=0
 for round in $(seq $rounds); do

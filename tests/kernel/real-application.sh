@@ -7,9 +7,7 @@
 # Lock → ⇧⌘K through F18. Quitting restores Caps Lock. Runs inside tools/kernel-vm.
 #   real-application.sh ORVANE_BINARY usb|ps2|uinput
 set -u
-orvane=$1 kind=$2
-work=$(mktemp -d)
-pid= reader=
+orvane=$1 kind=$2 work=$(mktemp -d) pid= reader=
 trap 'exec 3>&-; kill $(jobs -p) 2>/dev/null' EXIT  # nothing of ours may outlive the test
 fail() {  # a killed orvane's output device goes with it, and so does the reader
   echo "FAIL ($kind): $*"; echo "--- orvane's output:"; cat "$work/out"; kill -KILL $pid $reader 2>/dev/null; exit 1
