@@ -122,18 +122,16 @@ TEST_F(AppDelegateTest, windowsOpenOnALaterLaunchsMessageAreCreatedOnceAndKeepTh
     ASSERT_TRUE(delegate().debugWindow());
     EXPECT_EQ(delegate().debugWindow()->view().title(), "Key Event Debugger");
 
-    config->view().setGeometry(QRect(40, 50, 620, 480));
-    delegate().closeWindows();
-    DelegateUnderTest nextRun(*defaults, store, manager, accessibility);
-    nextRun.delegate.openConfiguration();
-    EXPECT_EQ(nextRun.delegate.configWindow()->view().geometry().size(), QSize(620, 480));
-    // A frame on a screen that is gone comes back on a screen, with its size.
-    nextRun.delegate.configWindow()->view().setGeometry(QRect(-3000, 2500, 620, 480));
-    nextRun.delegate.closeWindows();
-    DelegateUnderTest afterScreenChange(*defaults, store, manager, accessibility);
-    afterScreenChange.delegate.openConfiguration();
-    const QRect frame = afterScreenChange.delegate.configWindow()->view().geometry();
-    EXPECT_TRUE(frame.size() == QSize(620, 480) && QGuiApplication::primaryScreen()->availableGeometry().contains(frame));
+    // The next run opens the window with the size it was closed with, on a screen even when its screen is gone.
+    for (const QRect closedIn : {QRect(40, 50, 620, 480), QRect(-3000, 2500, 620, 480)}) {
+        delegate().configWindow()->view().setGeometry(closedIn);
+        delegate().closeWindows();
+        app.reset(), app = std::make_unique<DelegateUnderTest>(*defaults, store, manager, accessibility);
+        delegate().openConfiguration();
+        const QRect frame = delegate().configWindow()->view().geometry();
+        EXPECT_EQ(frame.size(), closedIn.size());
+        EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(frame)) << closedIn.x();
+    }
 }
 
 TEST_F(AppDelegateTest, reopenOpensTheConfigurationUnlessWindowsShowAndTheIconIsThere) {

@@ -24,6 +24,8 @@ struct Smoke : ::testing::Test {
     orvane::testing::FakeHidutil tool;
     // Private instances of this run only: a running Orvane of the user's is left alone.
     const QString instance = QStringLiteral("smoke-%1").arg(QCoreApplication::applicationPid());
+    QProcess process;  // the launch of the tests that make one
+    QByteArray output;  // its standard output, as read so far
 
     QString settingsOf(const QString& name) const { return config.filePath("user.com/Orvane-" + name + ".conf"); }
     // A check done a moment ago: no update request.
@@ -36,11 +38,9 @@ struct Smoke : ::testing::Test {
     void launch(QProcess& process, const QString& name, bool underNohup = false, const QString& runtimeFolder = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         if (!runtimeFolder.isEmpty()) environment.insert("XDG_RUNTIME_DIR", runtimeFolder);
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        environment.insert("QT_QUICK_BACKEND", "software");
-        environment.insert("XDG_CONFIG_HOME", config.path());
-        environment.insert("ORVANE_HIDUTIL", tool.path());
-        environment.insert("ORVANE_INSTANCE", name);
+        const std::pair<const char*, QString> variables[] = {{"QT_QPA_PLATFORM", "offscreen"}, {"QT_QUICK_BACKEND", "software"},
+            {"XDG_CONFIG_HOME", config.path()}, {"ORVANE_HIDUTIL", tool.path()}, {"ORVANE_INSTANCE", name}};
+        for (const auto& [variable, value] : variables) environment.insert(variable, value);
         process.setProcessEnvironment(environment);
         underNohup ? process.start(QStringLiteral("nohup"), {ORVANE_BINARY}) : process.start(ORVANE_BINARY, {});
     }
@@ -58,8 +58,6 @@ struct Smoke : ::testing::Test {
 
 TEST_F(Smoke, startsIgnoresSighupUnderNohupAndQuitsInOrderOnSigterm) {
     prepare(instance, true);  // a Caps Lock remapping left by an earlier run, which it clears in its settings
-    QProcess process;
-    QByteArray output;
     launch(process, instance, /*underNohup=*/true);
     ASSERT_TRUE(startsUp(process, output)) << output.toStdString() << process.readAllStandardError().toStdString();
     ::kill(static_cast<pid_t>(process.processId()), SIGHUP);  // a closed terminal: nohup's promise holds
@@ -76,18 +74,14 @@ TEST_F(Smoke, ofFiveLaunchesAtOnceOneRunsAndTheOthersHandOverToIt) {
     prepare(instance);
     for (int round = 0; round < 3; ++round) {
         QProcess launches[5];
-        for (QProcess& process : launches) launch(process, instance);
+        for (QProcess& one : launches) launch(one, instance);
         const auto ended = [&] { return std::count_if(launches, launches + 5, [](QProcess& p) { return p.state() == QProcess::NotRunning; }); };
         EXPECT_TRUE(QTest::qWaitFor([&] { return ended() >= 4; }, 60000));
         QTest::qWait(1000);
         ASSERT_EQ(ended(), 4) << "round " << round;
-        for (QProcess& process : launches) {
-            if (process.state() == QProcess::Running) {
-                EXPECT_TRUE(quitsInOrder(process));
-            } else {
-                EXPECT_TRUE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && process.readAllStandardOutput().isEmpty());
-            }
-        }
+        for (QProcess& one : launches)
+            EXPECT_TRUE(one.state() == QProcess::Running ? quitsInOrder(one)
+                        : one.exitStatus() == QProcess::NormalExit && one.exitCode() == 0 && one.readAllStandardOutput().isEmpty());
     }
 }
 
@@ -109,8 +103,6 @@ TEST_F(Smoke, aLaunchWhileTheInstanceQuitsSlowlyWaitsForItAndThenRuns) {
 TEST_F(Smoke, settingsThatAreAFifoAreUnreadableAndLeftAsTheyAre) {
     QDir().mkpath(config.filePath("user.com"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(settingsOf(instance)).constData(), 0600), 0);
-    QProcess process;
-    QByteArray output;
     launch(process, instance);
     ASSERT_TRUE(startsUp(process, output)) << output.toStdString();  // not stuck opening it
     EXPECT_TRUE(quitsInOrder(process));
@@ -119,7 +111,6 @@ TEST_F(Smoke, settingsThatAreAFifoAreUnreadableAndLeftAsTheyAre) {
 }
 
 TEST_F(Smoke, anInstanceNameTooLongForASocketIsRefusedAtOnceWithOneLine) {
-    QProcess process;
     launch(process, QString(200, QLatin1Char('n')));
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 1);
@@ -131,7 +122,6 @@ TEST_F(Smoke, aLaunchThatFindsTheInstanceHeldButNeverAnsweringGivesUpWithOneLine
     const QByteArray claim = QFile::encodeName(runtime.filePath("com.user.Orvane-" + instance + ".claim"));
     const int held = ::open(claim.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_TRUE(held >= 0 && ::flock(held, LOCK_EX) == 0);  // an instance that stopped taking messages
-    QProcess process;
     launch(process, instance, false, runtime.path());
     ASSERT_TRUE(process.waitForFinished(120000));
     ::close(held);
@@ -143,16 +133,15 @@ TEST_F(Smoke, aLaunchThatFindsTheInstanceHeldButNeverAnsweringGivesUpWithOneLine
 // quit still runs its clear.
 TEST_F(Smoke, aClosedStandardOutputEndsNothingAndTheQuitStillClears) {
     prepare(instance, true);
-    int output[2];
-    ASSERT_EQ(::pipe(output), 0);
-    ::close(output[0]);
-    QProcess process;
-    process.setChildProcessModifier([writer = output[1]] {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ::close(ends[0]);
+    process.setChildProcessModifier([writer = ends[1]] {
         ::signal(SIGPIPE, SIG_DFL);
         ::dup2(writer, STDOUT_FILENO);
     });
     launch(process, instance);
-    ::close(output[1]);
+    ::close(ends[1]);
     // The clear of the mapping left by an earlier run, then the start-up lines, all into the broken pipe.
     ASSERT_TRUE(QTest::qWaitFor([&] { return !tool.calls().empty() || process.state() == QProcess::NotRunning; }, 120000));
     QTest::qWait(3000);

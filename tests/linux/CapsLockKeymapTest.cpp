@@ -1,23 +1,28 @@
-// The HID tool's property text, each keyboard's step, and the state with no keyboard at all. The
-// keymaps of real keyboards are checked inside a kernel (tests/kernel/HidutilKeymapTest.cpp).
+// The HID tool's property text, each keyboard's step, the state with no keyboard at all, and the state
+// file against what another user or a broken run can leave in its place. The keymaps of real keyboards
+// are checked inside a kernel (tests/kernel/HidutilKeymapTest.cpp).
 #include "platform/linux/CapsLockKeymap.h"
 
 #include <gtest/gtest.h>
 
 #include <linux/input-event-codes.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
-
 #include <fstream>
+#include <functional>
 
 using namespace orvane;
+namespace fs = std::filesystem;
 
 static std::string entry(const std::string& source, const std::string& destination) {
     return R"({"HIDKeyboardModifierMappingSrc":)" + source + R"(,"HIDKeyboardModifierMappingDst":)" + destination + "}";
 }
 static std::string property(const std::string& entries) { return R"({"UserKeyMapping":[)" + entries + "]}"; }
-static std::string remap(const std::string& source, const std::string& destination) {
-    return property(entry(source, destination));
+static std::string remap(const std::string& from, const std::string& to) { return property(entry(from, to)); }
+static std::string contents(const fs::path& path) {
+    std::ifstream file(path);
+    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 TEST(UserKeyMapping, theStoresTextsAreReadAndEverythingElseRefusedWithAReason) {
@@ -89,4 +94,38 @@ TEST(CapsLockKeymap, withoutKeyboardsTheMappingIsStillSetAndRecordedInAPrivateDi
     EXPECT_FALSE(loadKeymapState(state).capsLockTarget);
     EXPECT_FALSE(setCapsLockMapping(KEY_ESC, root / "missing" / "deeper" / "still" / "state.json", noDevices).ok);
     std::filesystem::remove_all(root);
+}
+
+TEST(KeymapStateFile, whatStandsInItsPlaceIsRefusedWithOneLineOrNeverFollowed) {
+    char scratch[] = "/tmp/orvane-state-test.XXXXXX";
+    ASSERT_NE(mkdtemp(scratch), nullptr);
+    const fs::path root = scratch, noDevices = root / "input", runtime = root / "runtime", state = runtime / "state.json";
+    const fs::path victim = root / "victim";
+    fs::create_directory(noDevices);
+    // What is planted; a piece of the error, or none when the mapping is set without harm to `victim`.
+    const std::tuple<const char*, std::function<void()>, const char*> cases[] = {
+        {"a FIFO as the state", [&] { mkfifo(state.c_str(), 0600); }, "not a regular file"},
+        {"a FIFO as the lock", [&] { mkfifo((state.string() + ".lock").c_str(), 0600); }, "not a regular file"},
+        {"a link as the lock", [&] { fs::create_symlink(victim, state.string() + ".lock"); }, "cannot open"},
+        {"a state that is not one", [&] { std::ofstream(state) << R"({"capsLockTarget":1)"; }, "cannot be read"},
+        {"a folder others may write in", [&] { fs::permissions(runtime, fs::perms::all); }, "written by other users"},
+        {"a link at the old temporary name", [&] { fs::create_symlink(victim, state.string() + ".tmp"); }, nullptr},
+    };
+    for (const auto& [what, plant, reason] : cases) {
+        SCOPED_TRACE(what);
+        fs::remove_all(runtime);
+        fs::create_directory(runtime);
+        fs::permissions(runtime, fs::perms::owner_all);
+        std::ofstream(victim) << "precious";
+        plant();
+        const std::string before = fs::is_regular_file(state) ? contents(state) : "";
+        const KeymapResult result = setCapsLockMapping(KEY_ESC, state, noDevices);
+        EXPECT_EQ(contents(victim), "precious");
+        EXPECT_EQ(result.ok, reason == nullptr) << result.error;
+        if (reason == nullptr) continue;
+        EXPECT_NE(result.error.find(reason), std::string::npos) << result.error;
+        EXPECT_EQ(result.error.find('\n'), std::string::npos);
+        EXPECT_TRUE(before.empty() || contents(state) == before);
+    }
+    fs::remove_all(root);
 }

@@ -54,10 +54,7 @@ TEST(EvdevKeyTable, everyCatalogueKeyHasItsOwnCodeThatMeansItAgain) {
     std::set<std::uint16_t> codes;
     for (const KeyCode key : allKeyCodes()) {
         const auto code = evdevkeys::codeFor(key);
-        if (key == KeyCode::doNotDisturb) {
-            EXPECT_FALSE(code);  // Linux has no such key
-            continue;
-        }
+        if (key == KeyCode::doNotDisturb) { EXPECT_FALSE(code); continue; }  // Linux has no such key
         ASSERT_TRUE(code) << caseName(key);
         EXPECT_TRUE(codes.insert(*code).second && !evdevkeys::isButtonCode(*code)) << caseName(key);
         // The two keys that are also system keys arrive as the system keys.

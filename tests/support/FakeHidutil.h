@@ -28,7 +28,6 @@ public:
     }
 
     QString path() const { return dir_.filePath(QStringLiteral("hidutil")); }
-    // A path where no tool exists.
     QString missingPath() const { return dir_.filePath(QStringLiteral("no-such-tool")); }
 
     // What the tool prints on its next runs, on standard output and standard error.
@@ -36,7 +35,6 @@ public:
     void setErrorOutput(const QByteArray& bytes) { write("stderr", bytes); }
     // From now on the tool, after printing, starts a child and sleeps for a minute with it.
     void setHangs() { write("hang", ""); }
-    // The process id of the last hung tool's child.
     qint64 childOfHungTool() const { return readFile(dir_.filePath(QStringLiteral("child"))).trimmed().toLongLong(); }
     // From now on the tool takes that long (sleep(1)'s words, "0.2") before it ends.
     void setDelay(const QByteArray& seconds) { write("delay", seconds); }
