@@ -150,11 +150,15 @@ TEST_F(PickerViewTest, tabsShowTheirKeysASearchReplacesThemAndEachOpeningStartsA
     EXPECT_TRUE(ui.shown("categoryTabs") && !ui.read("modOption", "checked").toBool());
 }
 
-TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersClosesAndLeavesARecordingRunning) {
+TEST_F(PickerViewTest, pickingWritesTheKeyWithTheTickedModifiersInTheDesktopsWordsClosesAndLeavesARecordingRunning) {
     showField(true);
     field->toggleRecording();
+    simulateDesktopWords(DesktopWords::linuxDesktop());  // the checkboxes say the desktop's words
     openPicker();
-    ASSERT_TRUE(ui.shown("modifierRow"));
+    simulateDesktopWords(DesktopWords::mac());
+    QStringList labels;
+    for (const char* name : {"modControl", "modOption", "modShift", "modCommand"}) labels << ui.read(name, "text").toString();
+    EXPECT_EQ(labels, (QStringList{"Ctrl", "Alt", "Shift", "Super"}));
     for (const char* name : {"modCommand", "modShift", "keyButton_A"}) ui.click(ui.find(name));
     EXPECT_TRUE(!ui.shown("searchField") && field->isRecording());
     EXPECT_EQ(field->recordedKey(), (RecordedKey{SourceKey::regular(KeyCode::a), Modifiers{.command = true, .shift = true}}));
