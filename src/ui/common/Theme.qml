@@ -9,6 +9,11 @@ QtObject {
     readonly property font headline: Qt.font({ pixelSize: 13, weight: Font.DemiBold })
     readonly property font subheadline: Qt.font({ pixelSize: 11 })
     readonly property font caption: Qt.font({ pixelSize: 10 })
+    // A keycap's label: letters and words at the body size; a symbol (⎋ ⏯ 🔊 ⌘) larger, since symbols
+    // and emoji fill less of the line than a capital letter, and small ones blur into each other.
+    function keycapPixelSize(label: string): real {
+        return /[A-Za-z0-9]/.test(label) ? 11 : 16
+    }
     readonly property color green: "#34c759"
     readonly property color blue: "#007aff"
     readonly property color orange: "#ff9500"

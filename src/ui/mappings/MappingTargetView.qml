@@ -8,6 +8,7 @@ Item {
     id: root
     property int targetKind
     property var keycaps: []
+    property var keyNames: []            // the full name of each keycap
     property string aloneText
     property bool isEnabled: true
     property bool drawnOnAccent: false   // on the accent colour of a selected row
@@ -26,7 +27,10 @@ Item {
             model: root.keycaps
             KeycapView {
                 required property string modelData
+                required property int index
+                objectName: "targetKeycap"
                 text: modelData
+                name: root.keyNames[index] ?? ""
                 isEnabled: root.isEnabled
             }
         }

@@ -57,6 +57,33 @@ std::string misfits(QQuickItem* item, QQuickItem* within = nullptr) {
     return cut.join(" | ").toStdString();
 }
 
+// The tooltip that every control shares (made when first shown), once it shows.
+QObject* shownToolTip(QQuickView* view) {
+    QObject* tooltip = nullptr;
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        for (QObject* object : view->engine()->findChildren<QObject*>())
+            if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) tooltip = object;
+        return tooltip != nullptr;
+    }));
+    return tooltip;
+}
+
+// How many pixel rows of the keycap, inside its border, hold ink: anything far from the cap's colour.
+int inkHeight(const QImage& window, QQuickItem* keycap) {
+    const QRect cap = keycap->mapRectToScene(keycap->boundingRect()).toAlignedRect().adjusted(2, 2, -2, -2);
+    const QColor ground = window.pixelColor(cap.topLeft());
+    int rows = 0;
+    for (int y = cap.top(); y <= cap.bottom(); ++y) {
+        bool inked = false;
+        for (int x = cap.left(); x <= cap.right() && !inked; ++x) {
+            const QColor c = window.pixelColor(x, y);
+            inked = std::abs(c.red() - ground.red()) + std::abs(c.green() - ground.green()) + std::abs(c.blue() - ground.blue()) > 120;
+        }
+        rows += inked;
+    }
+    return rows;
+}
+
 struct MappingListViewTest : ::testing::Test {
     UiHarness ui;
 
@@ -153,6 +180,32 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     ui.click(inRow(5, "enabledCheckBox"));
     EXPECT_TRUE(ui.store().mappings()[5].isEnabled);
     EXPECT_EQ(visibleTexts(row(5)), (QStringList{"D", "Tap", "⌥", "←"}));
+}
+
+// The names themselves: the model's tests.
+TEST_F(MappingListViewTest, keycapsNameTheirKeysWhenHoveredAndDrawSymbolsLargeEnoughToTellApart) {
+    QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
+    ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(500, 400)));
+    use({mapping(SourceKey::system(SystemKeyID::playPause), TargetAction::key(KeyCode::escape)),
+         mapping(SourceKey::system(SystemKeyID::nextTrack), TargetAction::combination(KeyCode::k, {.command = true})),
+         mapping(SourceKey::system(SystemKeyID::previousTrack), TargetAction::key(KeyCode::a)),
+         mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::globe))});
+    const QImage window = ui.screenshot(QStringLiteral("config-keycap-symbols"));
+    const auto capAt = [&](int i, const char* part) {
+        QQuickItem* cap = inRow(i, part);
+        return childNamed(cap, "targetKeycap") ? childNamed(cap, "targetKeycap") : cap;
+    };
+    // Pictures (⏯ ⏭ ⏮ 🔊 🌐) stand 14 px tall or more; symbols (⎋ ⌘) at least as tall as a capital letter.
+    const int letter = inkHeight(window, capAt(2, "targetKeycaps"));
+    const std::tuple<int, const char*, int> least[] = {{0, "sourceKeycap", 14}, {1, "sourceKeycap", 14},   {2, "sourceKeycap", 14},
+                                                       {3, "sourceKeycap", 14}, {3, "targetKeycaps", 14},  {0, "targetKeycaps", letter},
+                                                       {1, "targetKeycaps", letter}};
+    for (const auto& [i, part, height] : least) EXPECT_GE(inkHeight(window, capAt(i, part)), height) << i << part;
+    ui.click(capAt(1, "sourceKeycap"), UiHarness::Mouse::hover);
+    QObject* tooltip = shownToolTip(ui.view());
+    EXPECT_EQ(tooltip ? tooltip->property("text").toString() : QString(), "Next Track");
+    ui.click(capAt(1, "targetKeycaps"), UiHarness::Mouse::hover);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tooltip->property("text").toString() == "Command"; }));
 }
 
 TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
@@ -270,12 +323,7 @@ TEST_F(MappingListViewTest, inTheSmallestWindowTheGearTogglesTheSettingsWholeOve
     QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
     ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(450, 300)));
     ui.click(ui.find("settingsButton"), UiHarness::Mouse::hover);
-    QObject* tooltip = nullptr;  // the tooltip that every control shares, made when first shown
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        for (QObject* object : ui.view()->engine()->findChildren<QObject*>())
-            if (object->inherits("QQuickToolTip")) tooltip = object;
-        return tooltip && tooltip->property("visible").toBool();
-    }));
+    QObject* tooltip = shownToolTip(ui.view());
     ASSERT_TRUE(tooltip);
     // A frame whose layout feeds on itself never ends: SIGALRM ends the process ("Alarm clock") after 20 s.
     ::alarm(20);
