@@ -52,6 +52,6 @@ Item {
         textFormat: Text.PlainText
         font.pixelSize: Theme.keycapPixelSize(root.text)
         font.weight: Font.Medium
-        color: root.isEnabled ? palette.text : palette.placeholderText
+        color: root.isEnabled ? palette.text : Theme.secondaryText
     }
 }

@@ -97,7 +97,7 @@ Item {
         Icon {
             name: "arrow.right"
             size: 12
-            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
         }
         MappingTargetView {
             targetKind: root.targetKind

@@ -45,14 +45,14 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             name: "nosign"
             size: 14
-            color: root.drawnOnAccent ? palette.highlightedText : root.isEnabled ? Theme.red : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : root.isEnabled ? Theme.red : Theme.secondaryText
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: qsTr("Block")
             font.pixelSize: 11
             font.weight: Font.Medium
-            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
             opacity: root.isEnabled ? 1 : 0.7
         }
     }
@@ -65,7 +65,7 @@ Item {
         visible: root.aloneText.length > 0
         text: "\u00B7 " + root.aloneText
         font.pixelSize: 12
-        color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+        color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
         opacity: root.isEnabled ? 1 : 0.7
     }
 }

@@ -14,7 +14,7 @@ RowLayout {
     Label {
         text: qsTr("Modifiers:")
         font.pixelSize: 12
-        color: palette.placeholderText
+        color: Theme.secondaryText
     }
     CheckBox {
         objectName: "modControl"
