@@ -9,7 +9,18 @@ QtObject {
     readonly property font headline: Qt.font({ pixelSize: 13, weight: Font.DemiBold })
     readonly property font subheadline: Qt.font({ pixelSize: 11 })
     readonly property font caption: Qt.font({ pixelSize: 10 })
-    readonly property color green: "#34c759"
+    // A keycap's label: letters and words at the body size; a symbol (⎋ ⏯ 🔊 ⌘) larger, since symbols
+    // and emoji fill less of the line than a capital letter, and small ones blur into each other.
+    function keycapPixelSize(label: string): real {
+        return /[A-Za-z0-9]/.test(label) ? 11 : 16
+    }
+    // Secondary text (captions, hints, dimmed marks): the palette's text colour laid on its window colour at
+    // 62 %, opaque. It reads at 4.5:1 or more on the window, on lists' alternate rows and on a 10 % darker
+    // selection, in a light palette and a dark one alike; the palette's own placeholder colour (half
+    // transparent) does not.
+    readonly property SystemPalette system: SystemPalette {}
+    readonly property color secondaryText: Qt.tint(system.window, Qt.rgba(system.windowText.r, system.windowText.g,
+                                                                           system.windowText.b, 0.62))
     readonly property color blue: "#007aff"
     readonly property color orange: "#ff9500"
     readonly property color red: "#ff3b30"

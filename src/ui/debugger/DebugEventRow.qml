@@ -16,7 +16,7 @@ Item {
     required property bool interceptionActive
     required property string flagsText
 
-    readonly property color secondary: palette.placeholderText
+    readonly property color secondary: Theme.secondaryText
     readonly property font smallMono: Qt.font({ family: "monospace", pixelSize: 10 })
     readonly property font codeFont: Qt.font({ family: "monospace", pixelSize: 11 })
 

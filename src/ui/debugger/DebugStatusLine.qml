@@ -10,7 +10,7 @@ RowLayout {
     property string text
     property string iconName
 
-    readonly property color tint: status === DebugViewModel.MappingsActive ? Theme.badgeGreen : palette.placeholderText
+    readonly property color tint: status === DebugViewModel.MappingsActive ? Theme.badgeGreen : Theme.secondaryText
 
     objectName: "statusLine"
     spacing: 4

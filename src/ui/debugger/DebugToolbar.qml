@@ -42,6 +42,6 @@ RowLayout {
         objectName: "countText"
         text: root.model.countText
         font: Theme.caption
-        color: palette.placeholderText
+        color: Theme.secondaryText
     }
 }

@@ -40,7 +40,7 @@ Popup {
             Label {
                 text: qsTr("Source Key")
                 font: Theme.subheadline
-                color: palette.placeholderText
+                color: Theme.secondaryText
             }
             KeyRecorderView {
                 objectName: "sourceRecorder"
@@ -54,7 +54,7 @@ Popup {
             Label {
                 text: qsTr("Target Action")
                 font: Theme.subheadline
-                color: palette.placeholderText
+                color: Theme.secondaryText
             }
             SegmentedControl {
                 objectName: "targetTypeControl"
@@ -69,7 +69,7 @@ Popup {
                 visible: sheet.controller?.targetType === AddMappingController.Block
                 text: qsTr("The source key will be completely disabled.")
                 font: Theme.caption
-                color: palette.placeholderText
+                color: Theme.secondaryText
             }
             KeyRecorderView {
                 objectName: "targetRecorder"
@@ -84,7 +84,7 @@ Popup {
             Label {
                 text: qsTr("When Pressed Alone")
                 font: Theme.subheadline
-                color: palette.placeholderText
+                color: Theme.secondaryText
             }
             KeyRecorderView {
                 objectName: "aloneRecorder"

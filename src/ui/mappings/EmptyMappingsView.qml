@@ -16,7 +16,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             name: "keyboard"
             size: 48
-            color: palette.placeholderText
+            color: Theme.secondaryText
         }
         Label {
             Layout.alignment: Qt.AlignHCenter
@@ -27,7 +27,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             text: qsTr("Click \"Add Mapping\" to remap a key.")
             font: Theme.subheadline
-            color: palette.placeholderText
+            color: Theme.secondaryText
         }
         ProminentButton {
             objectName: "addFirstMappingButton"

@@ -23,7 +23,7 @@ Item {
             id: settingsButton
             objectName: "settingsButton"
             iconName: "gear"
-            iconColor: palette.placeholderText
+            iconColor: Theme.secondaryText
             tooltip: qsTr("Settings")
             showsTooltip: !settings.visible
             onClicked: settings.toggle()
@@ -32,7 +32,7 @@ Item {
             objectName: "orderingHint"
             text: qsTr("Drag to reorder \u2022 First match wins")
             font: Theme.caption
-            color: palette.placeholderText
+            color: Theme.secondaryText
             HoverHandler { id: hintHover }
             ToolTip.visible: hintHover.hovered
             ToolTip.delay: 500
@@ -43,7 +43,7 @@ Item {
             objectName: "activeCount"
             text: root.summary
             font: Theme.caption
-            color: palette.placeholderText
+            color: Theme.secondaryText
         }
     }
     // A popover of its own above the gear: the panel is taller than the window at its smallest.

@@ -17,14 +17,40 @@ namespace {
 
 QString idText(const Uuid& id) { return QString::fromStdString(id.toString()); }
 
+QString fromUtf8View(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
+
 // One keycap per set modifier in the order ⌃ ⌥ ⇧ ⌘, then the key (none for modifiers alone).
 QStringList targetKeycaps(const TargetAction& action) {
     QStringList caps;
     if (action.kind() == TargetAction::Kind::block) return caps;
     for (char32_t glyph : QString::fromStdString(action.modifiers().modifierSymbols()).toUcs4())
         caps.append(QString::fromUcs4(&glyph, 1));
-    if (action.hasKey()) caps.append(QString::fromUtf8(symbol(action.keyCode()).data(), static_cast<qsizetype>(symbol(action.keyCode()).size())));
+    if (action.hasKey()) caps.append(fromUtf8View(symbol(action.keyCode())));
     return caps;
+}
+
+// The catalogue names the modifier keys in a Mac's words ("Left Option"); the desktop's replace them.
+QString keyName(KeyCode key) {
+    QString name = fromUtf8View(displayName(key));
+    if (!isModifierKey(key)) return name;
+    const auto& macNames = DesktopWords::mac().modifierNames;
+    const auto& names = DesktopWords::shared().modifierNames;
+    for (std::size_t i = 0; i < names.size(); ++i) name.replace(macNames[i], names[i]);
+    return name;
+}
+
+QString sourceName(const SourceKey& key) { return key.isRegular() ? keyName(key.keyCode()) : fromUtf8View(displayName(key.systemKey())); }
+
+// Parallel to targetKeycaps: the desktop's full name of each.
+QStringList targetKeyNames(const TargetAction& action) {
+    QStringList names;
+    if (action.kind() == TargetAction::Kind::block) return names;
+    const Modifiers& held = action.modifiers();
+    const bool isSet[] = {held.control, held.option, held.shift, held.command};  // the order of modifierNames
+    for (std::size_t i = 0; i < 4; ++i)
+        if (isSet[i]) names.append(DesktopWords::shared().modifierNames[i]);
+    if (action.hasKey()) names.append(keyName(action.keyCode()));
+    return names;
 }
 
 MappingListModel::TargetKind targetKind(const TargetAction& action) {
@@ -81,6 +107,10 @@ QVariant MappingListModel::data(const QModelIndex& index, int role) const {
         return targetKeycaps(mapping.targetAction);
     case AloneTextRole:
         return QString::fromStdString(mapping.aloneLabel());
+    case SourceNameRole:
+        return sourceName(mapping.sourceKey);
+    case TargetKeyNamesRole:
+        return targetKeyNames(mapping.targetAction);
     default:
         return {};
     }
@@ -91,6 +121,7 @@ QHash<int, QByteArray> MappingListModel::roleNames() const {
         {MappingIdRole, "mappingId"},       {SourceTextRole, "sourceText"},     {IsEnabledRole, "isEnabled"},
         {BadgeTextRole, "badgeText"},       {BadgeColorRole, "badgeColor"},     {BadgeTooltipRole, "badgeTooltip"},
         {TargetKindRole, "targetKind"},     {TargetKeycapsRole, "targetKeycaps"}, {AloneTextRole, "aloneText"},
+        {SourceNameRole, "sourceName"},     {TargetKeyNamesRole, "targetKeyNames"},
     };
 }
 

@@ -46,7 +46,9 @@ public:
         BadgeTooltipRole,
         TargetKindRole,
         TargetKeycapsRole,
-        AloneTextRole,  // "alone ⎋" for a mapping with an alone key, else empty
+        AloneTextRole,       // "alone ⎋" for a mapping with an alone key, else empty
+        SourceNameRole,      // the source key's full name in the desktop's words: "Volume Up", "Left Alt"
+        TargetKeyNamesRole,  // the full names of the target's keycaps, one for each: "Shift", "Command", "K"
     };
     enum TargetKind { Block, Key, Combination };
     Q_ENUM(TargetKind)

@@ -9,12 +9,14 @@ import Orvane 1.0
 Item {
     id: root
     required property string sourceText
+    required property string sourceName
     required property bool isEnabled
     required property string badgeText
     required property string badgeColor
     required property string badgeTooltip
     required property int targetKind
     required property var targetKeycaps
+    required property var targetKeyNames
     required property string aloneText  // "alone ⎋", or empty
     property bool isSelected: false
     property bool isAlternate: false
@@ -80,6 +82,7 @@ Item {
             KeycapView {
                 objectName: "sourceKeycap"
                 text: root.sourceText
+                name: root.sourceName
                 isEnabled: root.isEnabled
             }
             MethodBadge {
@@ -94,11 +97,12 @@ Item {
         Icon {
             name: "arrow.right"
             size: 12
-            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
         }
         MappingTargetView {
             targetKind: root.targetKind
             keycaps: root.targetKeycaps
+            keyNames: root.targetKeyNames
             aloneText: root.aloneText
             isEnabled: root.isEnabled
             drawnOnAccent: root.drawnOnAccent

@@ -8,6 +8,7 @@ Item {
     id: root
     property int targetKind
     property var keycaps: []
+    property var keyNames: []            // the full name of each keycap
     property string aloneText
     property bool isEnabled: true
     property bool drawnOnAccent: false   // on the accent colour of a selected row
@@ -26,7 +27,10 @@ Item {
             model: root.keycaps
             KeycapView {
                 required property string modelData
+                required property int index
+                objectName: "targetKeycap"
                 text: modelData
+                name: root.keyNames[index] ?? ""
                 isEnabled: root.isEnabled
             }
         }
@@ -41,14 +45,14 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             name: "nosign"
             size: 14
-            color: root.drawnOnAccent ? palette.highlightedText : root.isEnabled ? Theme.red : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : root.isEnabled ? Theme.red : Theme.secondaryText
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: qsTr("Block")
             font.pixelSize: 11
             font.weight: Font.Medium
-            color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+            color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
             opacity: root.isEnabled ? 1 : 0.7
         }
     }
@@ -61,7 +65,7 @@ Item {
         visible: root.aloneText.length > 0
         text: "\u00B7 " + root.aloneText
         font.pixelSize: 12
-        color: root.drawnOnAccent ? palette.highlightedText : palette.placeholderText
+        color: root.drawnOnAccent ? palette.highlightedText : Theme.secondaryText
         opacity: root.isEnabled ? 1 : 0.7
     }
 }

@@ -46,7 +46,7 @@ AbstractButton {
                 horizontalAlignment: Text.AlignHCenter
                 text: root.displayName
                 font.pixelSize: 9
-                color: palette.placeholderText
+                color: Theme.secondaryText
                 maximumLineCount: 1
                 elide: Text.ElideRight
             }

@@ -1,6 +1,7 @@
 #include "ui/recorder/KeyPickerModel.h"
 
 #include "model/KeyCategory.h"
+#include "platform/DesktopWords.h"
 
 namespace orvane {
 
@@ -62,6 +63,16 @@ void KeyPickerModel::pickModifiersOnly() {
     if (!field_ || !canPickModifiersOnly()) return;
     field_->setModifiersOnly(tickedModifiers());
     emit picked();
+}
+
+QStringList KeyPickerModel::modifierLabels() {
+    const auto& labels = DesktopWords::shared().modifierLabels;
+    return {labels.begin(), labels.end()};
+}
+
+QStringList KeyPickerModel::modifierNames() {
+    const auto& names = DesktopWords::shared().modifierNames;
+    return {names.begin(), names.end()};
 }
 
 }  // namespace orvane

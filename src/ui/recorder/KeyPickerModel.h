@@ -29,6 +29,8 @@ class KeyPickerModel : public QObject {
     Q_PROPERTY(bool modControl MEMBER modControl_ NOTIFY modifiersChanged)
     Q_PROPERTY(bool modShift MEMBER modShift_ NOTIFY modifiersChanged)
     Q_PROPERTY(bool canPickModifiersOnly READ canPickModifiersOnly NOTIFY modifiersChanged)
+    Q_PROPERTY(QStringList modifierLabels READ modifierLabels CONSTANT)
+    Q_PROPERTY(QStringList modifierNames READ modifierNames CONSTANT)
 
 public:
     explicit KeyPickerModel(QObject* parent = nullptr);
@@ -59,6 +61,11 @@ public:
     // and one is ticked; then emits picked().
     bool canPickModifiersOnly() const { return allowModifiers() && !tickedModifiers().isEmpty(); }
     Q_INVOKABLE void pickModifiersOnly();
+
+    // The checkboxes' labels and full names in the desktop's words, in the order Control, Option,
+    // Shift, Command: "⌃" and "Control" on a Mac, "Ctrl" and "Control" on Linux.
+    static QStringList modifierLabels();
+    static QStringList modifierNames();
 
 signals:
     void fieldChanged();

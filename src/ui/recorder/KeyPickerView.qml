@@ -27,6 +27,7 @@ Item {
             objectName: "searchField"
             Layout.fillWidth: true
             placeholderText: qsTr("Search keys...")
+            placeholderTextColor: Theme.secondaryText
             focus: true
             onTextChanged: picker.searchText = text
         }

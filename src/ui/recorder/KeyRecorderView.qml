@@ -45,7 +45,7 @@ Item {
                 horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 text: root.field ? root.field.text : ""
-                color: root.field && (root.field.hasKey || root.field.isRecording) ? palette.text : palette.placeholderText
+                color: root.field && (root.field.hasKey || root.field.isRecording) ? palette.text : Theme.secondaryText
             }
             Button {
                 objectName: "clearButton"

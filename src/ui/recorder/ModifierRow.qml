@@ -1,4 +1,5 @@
-// The picker's modifier checkboxes, in the order ⌃ ⌥ ⇧ ⌘, and the choice of the ticked ones alone.
+// The picker's modifier checkboxes, in the order ⌃ ⌥ ⇧ ⌘ and labelled in the desktop's words, and the
+// choice of the ticked ones alone.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -13,11 +14,12 @@ RowLayout {
     Label {
         text: qsTr("Modifiers:")
         font.pixelSize: 12
-        color: palette.placeholderText
+        color: Theme.secondaryText
     }
     CheckBox {
         objectName: "modControl"
-        text: "⌃"
+        text: root.picker.modifierLabels[0]
+        Accessible.name: root.picker.modifierNames[0]
         font.pixelSize: 12
         checked: root.picker.modControl
         onToggled: root.picker.modControl = checked
@@ -25,7 +27,8 @@ RowLayout {
     }
     CheckBox {
         objectName: "modOption"
-        text: "⌥"
+        text: root.picker.modifierLabels[1]
+        Accessible.name: root.picker.modifierNames[1]
         font.pixelSize: 12
         checked: root.picker.modOption
         onToggled: root.picker.modOption = checked
@@ -33,7 +36,8 @@ RowLayout {
     }
     CheckBox {
         objectName: "modShift"
-        text: "⇧"
+        text: root.picker.modifierLabels[2]
+        Accessible.name: root.picker.modifierNames[2]
         font.pixelSize: 12
         checked: root.picker.modShift
         onToggled: root.picker.modShift = checked
@@ -41,7 +45,8 @@ RowLayout {
     }
     CheckBox {
         objectName: "modCommand"
-        text: "⌘"
+        text: root.picker.modifierLabels[3]
+        Accessible.name: root.picker.modifierNames[3]
         font.pixelSize: 12
         checked: root.picker.modCommand
         onToggled: root.picker.modCommand = checked

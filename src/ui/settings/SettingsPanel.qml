@@ -59,7 +59,7 @@ Pane {
             Layout.fillWidth: true
             text: qsTr("When disabled, launch the app to open this window.")
             font: Theme.caption
-            color: palette.placeholderText
+            color: Theme.secondaryText
             wrapMode: Text.WordWrap
         }
         ThinDivider {}
@@ -84,7 +84,7 @@ Pane {
             objectName: "versionLabel"
             text: qsTr("Version %1").arg(controller.versionString)
             font: Theme.caption
-            color: palette.placeholderText
+            color: Theme.secondaryText
         }
     }
 }

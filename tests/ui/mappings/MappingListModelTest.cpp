@@ -28,7 +28,7 @@ struct MappingListModelTest : ::testing::Test {
 
 }  // namespace
 
-TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifierOrder) {
+TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifierOrderWithTheirFullNames) {
     // The mapping, Caps Lock's HID state (which says nothing about other keys), badge, colour, tooltip.
     const std::tuple<KeyMapping, bool, QString, QString, QString> cases[] = {
         {mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::f5)), true, "Tap", "orange",
@@ -46,6 +46,20 @@ TEST_F(MappingListModelTest, badgesTellHowARowTakesEffectAndKeycapsComeInModifie
     }
     ui.store().setMappings({mapping(KeyCode::f1, TargetAction::combination(KeyCode::c, {true, true, true, true}))});
     EXPECT_EQ(at(0, MappingListModel::TargetKeycapsRole).toStringList(), (QStringList{"⌃", "⌥", "⇧", "⌘", "C"}));
+    // The keycaps' full names, one for each, in the desktop's words.
+    EXPECT_EQ(at(0, MappingListModel::TargetKeyNamesRole).toStringList(), (QStringList{"Control", "Option", "Shift", "Command", "C"}));
+    simulateDesktopWords(DesktopWords::linuxDesktop());
+    const std::tuple<KeyMapping, QString, QStringList> named[] = {
+        {mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::escape)), "Volume Up", {"Escape"}},
+        {mapping(KeyCode::rightOption, TargetAction::combination(KeyCode::leftCommand, {.command = true, .shift = true})), "Right Alt",
+         {"Shift", "Super", "Left Super"}},
+    };
+    for (const auto& [row, sourceName, targetNames] : named) {
+        ui.store().setMappings({row});
+        EXPECT_EQ(at(0, MappingListModel::SourceNameRole).toString(), sourceName);
+        EXPECT_EQ(at(0, MappingListModel::TargetKeyNamesRole).toStringList(), targetNames) << sourceName.toStdString();
+    }
+    simulateDesktopWords(DesktopWords::mac());
 }
 
 // Rows keep their delegates (and with them the pointer's hover) when only their contents change. That the

@@ -57,6 +57,72 @@ std::string misfits(QQuickItem* item, QQuickItem* within = nullptr) {
     return cut.join(" | ").toStdString();
 }
 
+// WCAG's contrast ratio of two opaque colours.
+double contrast(const QColor& a, const QColor& b) {
+    const auto luminance = [](const QColor& c) {
+        const auto linear = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+    };
+    const double la = luminance(a), lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// The visible, enabled texts at or under item that read below 4.5:1 on their ground: the colour most of
+// their box shows in the window's picture, with the text's colour laid on it at its opacity. (Disabled
+// controls need no contrast.) The desktop's accent buttons, named here, keep its own colours.
+std::string faintTexts(QQuickItem* item) {
+    const QImage picture = item->window()->grabWindow();
+    const auto onAccent = [](QQuickItem* each) {
+        for (; each; each = each->parentItem())
+            if (each->objectName() == "addFirstMappingButton" || each->objectName() == "targetTypeControl") return true;
+        return false;
+    };
+    QStringList faint;
+    for (QQuickItem* text : visibleItems(item)) {
+        if (textOf(text).isEmpty() || !text->isEnabled() || onAccent(text)) continue;
+        QHash<QRgb, int> counts;
+        const QRect box = text->mapRectToScene(text->boundingRect()).toAlignedRect().intersected(picture.rect());
+        if (box.isEmpty()) continue;  // out of the picture: misfits() tells
+        for (int y = box.top(); y <= box.bottom(); ++y)
+            for (int x = box.left(); x <= box.right(); ++x) ++counts[picture.pixel(x, y)];
+        const auto most = std::max_element(counts.keyValueBegin(), counts.keyValueEnd(), [](auto a, auto b) { return a.second < b.second; });
+        const QColor ground = QColor(most->first), ink = text->property("color").value<QColor>();
+        double alpha = ink.alphaF();
+        for (QQuickItem* each = text; each; each = each->parentItem()) alpha *= each->opacity();
+        if (alpha == 0) continue;
+        const auto mix = [&](double from, double to) { return from + (to - from) * alpha; };
+        const QColor seen = QColor::fromRgbF(mix(ground.redF(), ink.redF()), mix(ground.greenF(), ink.greenF()), mix(ground.blueF(), ink.blueF()));
+        if (const double ratio = contrast(seen, ground); ratio < 4.5)
+            faint << QStringLiteral("%1 %2 on %3 (%4)").arg(textOf(text), seen.name(), ground.name()).arg(ratio, 0, 'f', 1);
+    }
+    return faint.join(" | ").toStdString();
+}
+
+// The tooltip that every control shares (made when first shown), once it shows.
+QObject* shownToolTip(QQuickView* view) {
+    QObject* tooltip = nullptr;
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        for (QObject* object : view->engine()->findChildren<QObject*>())
+            if (object->inherits("QQuickToolTip") && object->property("visible").toBool()) tooltip = object;
+        return tooltip != nullptr;
+    }));
+    return tooltip;
+}
+
+// How many pixel rows of the keycap, inside its border, hold ink: anything far from the cap's colour.
+int inkHeight(const QImage& window, QQuickItem* keycap) {
+    const QRect cap = keycap->mapRectToScene(keycap->boundingRect()).toAlignedRect().adjusted(2, 2, -2, -2);
+    const QColor ground = window.pixelColor(cap.topLeft());
+    const auto far = [&](QColor c) { return std::abs(c.red() - ground.red()) + std::abs(c.green() - ground.green()) + std::abs(c.blue() - ground.blue()) > 120; };
+    int rows = 0;
+    for (int y = cap.top(); y <= cap.bottom(); ++y) {
+        int x = cap.left();
+        while (x <= cap.right() && !far(window.pixelColor(x, y))) ++x;
+        rows += x <= cap.right();
+    }
+    return rows;
+}
+
 struct MappingListViewTest : ::testing::Test {
     UiHarness ui;
 
@@ -121,7 +187,7 @@ TEST_F(MappingListViewTest, anEmptyListInvitesTheFirstMappingAndBothButtonsOpenA
     }
 }
 
-// Which badge a row earns in each Caps Lock state: the model's tests.
+// Which badge a row earns in each Caps Lock state: the model's tests; their contrast: the palettes' test.
 TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     use({mapping(KeyCode::a, TargetAction::key(KeyCode::b)),
          mapping(KeyCode::f1, TargetAction::combination(KeyCode::k, {.command = true, .shift = true})),
@@ -136,14 +202,6 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
                                     {"\U0001F50A", "Tap", "F12"}, {"⇪", "HID", "⎋"},           {"D", "⌥", "←"}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(visibleTexts(row(i)), expected[i]) << "row " << i;
     EXPECT_FALSE(inRow(5, "enabledCheckBox")->property("checked").toBool());
-    for (int i : {0, 4}) {  // Tap and HID: white on the badge's shade, readable at 4.5:1 or more
-        const auto luminance = [](QColor c) {
-            const auto linear = [](float v) { return v <= 0.03928f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f); };
-            return 0.2126f * linear(c.redF()) + 0.7152f * linear(c.greenF()) + 0.0722f * linear(c.blueF());
-        };
-        const QColor fill = childNamed(inRow(i, "methodBadge"), "badgeFill")->property("color").value<QColor>();
-        EXPECT_GE(1.05f / (luminance(fill) + 0.05f), 4.5f) << fill.name().toStdString();
-    }
     // The block sign is drawn in red; a disabled row's keycaps, source and target, are dimmed.
     EXPECT_GT(pixelsLike(inRow(2, "blockTarget"), QColor("#ff3b30")), 10);
     const auto ink = [&](int i, const char* part) { return childNamed(inRow(i, part), "keycapLabel")->property("color"); };
@@ -153,6 +211,32 @@ TEST_F(MappingListViewTest, rowsShowEachKindOfMappingWithItsBadge) {
     ui.click(inRow(5, "enabledCheckBox"));
     EXPECT_TRUE(ui.store().mappings()[5].isEnabled);
     EXPECT_EQ(visibleTexts(row(5)), (QStringList{"D", "Tap", "⌥", "←"}));
+}
+
+// The names themselves: the model's tests.
+TEST_F(MappingListViewTest, keycapsNameTheirKeysWhenHoveredAndDrawSymbolsLargeEnoughToTellApart) {
+    QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
+    ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(500, 400)));
+    use({mapping(SourceKey::system(SystemKeyID::playPause), TargetAction::key(KeyCode::escape)),
+         mapping(SourceKey::system(SystemKeyID::nextTrack), TargetAction::combination(KeyCode::k, {.command = true})),
+         mapping(SourceKey::system(SystemKeyID::previousTrack), TargetAction::key(KeyCode::a)),
+         mapping(SourceKey::system(SystemKeyID::volumeUp), TargetAction::key(KeyCode::globe))});
+    const QImage window = ui.screenshot(QStringLiteral("config-keycap-symbols"));
+    const auto capAt = [&](int i, const char* part) {
+        QQuickItem* cap = inRow(i, part);
+        return childNamed(cap, "targetKeycap") ? childNamed(cap, "targetKeycap") : cap;
+    };
+    // Pictures (⏯ ⏭ ⏮ 🔊 🌐) stand 14 px tall or more; symbols (⎋ ⌘) at least as tall as a capital letter.
+    const int letter = inkHeight(window, capAt(2, "targetKeycaps"));
+    const std::tuple<int, const char*, int> least[] = {{0, "sourceKeycap", 14}, {1, "sourceKeycap", 14},   {2, "sourceKeycap", 14},
+                                                       {3, "sourceKeycap", 14}, {3, "targetKeycaps", 14},  {0, "targetKeycaps", letter},
+                                                       {1, "targetKeycaps", letter}};
+    for (const auto& [i, part, height] : least) EXPECT_GE(inkHeight(window, capAt(i, part)), height) << i << part;
+    ui.click(capAt(1, "sourceKeycap"), UiHarness::Mouse::hover);
+    QObject* tooltip = shownToolTip(ui.view());
+    EXPECT_EQ(tooltip ? tooltip->property("text").toString() : QString(), "Next Track");
+    ui.click(capAt(1, "targetKeycaps"), UiHarness::Mouse::hover);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tooltip->property("text").toString() == "Command"; }));
 }
 
 TEST_F(MappingListViewTest, hoveringARowRevealsItsEditAndDeleteButtons) {
@@ -270,12 +354,7 @@ TEST_F(MappingListViewTest, inTheSmallestWindowTheGearTogglesTheSettingsWholeOve
     QGuiApplication::styleHints()->setUseHoverEffects(true);  // as on a desktop; controls read it when made
     ASSERT_TRUE(ui.show(QStringLiteral("MappingListView.qml"), QSize(450, 300)));
     ui.click(ui.find("settingsButton"), UiHarness::Mouse::hover);
-    QObject* tooltip = nullptr;  // the tooltip that every control shares, made when first shown
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        for (QObject* object : ui.view()->engine()->findChildren<QObject*>())
-            if (object->inherits("QQuickToolTip")) tooltip = object;
-        return tooltip && tooltip->property("visible").toBool();
-    }));
+    QObject* tooltip = shownToolTip(ui.view());
     ASSERT_TRUE(tooltip);
     // A frame whose layout feeds on itself never ends: SIGALRM ends the process ("Alarm clock") after 20 s.
     ::alarm(20);
@@ -313,6 +392,34 @@ TEST_F(MappingListViewTest, everyFixedTextFitsAtTheDesignsSizes) {
     QQuickItem* picker = ui.find("categoryTabs")->window()->contentItem();
     for (const char* part : {"searchField", "categoryTabs", "modifierRow"})
         EXPECT_EQ(misfits(ui.find(part), picker), "") << part;
+}
+
+// Captions, hints, badges and keycaps on the window, the rows, the settings, the sheet and the picker. Controls
+// made after a change of palette keep the style's palette from the start (a desktop's palette is there from
+// the start), so the sheet and the picker, made at each opening, are seen in the first palette only.
+TEST_F(MappingListViewTest, everyTextReadsAtFourAndAHalfToOneInALightAndADarkPalette) {
+    const QPalette light = QGuiApplication::palette();
+    for (const QPalette& palette : {light, QPalette(QColor("#3a3a3a"), QColor("#323232"))}) {
+        QGuiApplication::setPalette(palette);
+        use({});
+        EXPECT_EQ(faintTexts(ui.view()->contentItem()), "") << palette.window().color().name().toStdString();
+        use({mapping(KeyCode::a, TargetAction::key(KeyCode::b)), mapping(KeyCode::capsLock, TargetAction::key(KeyCode::escape)),
+             mapping(KeyCode::escape, TargetAction::block()), mapping(KeyCode::f1, TargetAction::key(KeyCode::b))});
+        ui.store().setCapsLockHIDState(true, true), ui.click(row(3));
+        ui.view()->contentItem()->forceActiveFocus(), ui.settle();  // the row stays selected in a list without the focus
+        EXPECT_EQ(faintTexts(ui.view()->contentItem()), "") << palette.window().color().name().toStdString();
+        ui.screenshot(QStringLiteral("config-list-%1").arg(palette.window().color().name().mid(1)));
+        ui.click(ui.find("settingsButton"));
+        EXPECT_EQ(faintTexts(ui.find("settingsPanel")), "") << palette.window().color().name().toStdString();
+        ui.click(ui.find("settingsButton"));
+        if (palette != light) break;
+        ui.click(ui.find("addMappingButton"));
+        for (const char* segment : {"segmentBlock", "segmentRemap"}) EXPECT_EQ(faintTexts(ui.find("mappingSheet")), ""), ui.click(ui.find(segment));
+        ui.click(childNamed(ui.find("targetRecorder"), QStringLiteral("pickButton")));
+        EXPECT_EQ(faintTexts(ui.find("categoryTabs")->window()->contentItem()), "");
+        ui.key(Qt::Key_Escape), ui.key(Qt::Key_Escape);
+    }
+    QGuiApplication::setPalette(light);
 }
 
 TEST_F(AddMappingViewTest, everyFocusableControlShowsItHasTheFocusInTheListTheSheetAndThePicker) {
